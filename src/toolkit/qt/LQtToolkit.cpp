@@ -1,0 +1,1 @@
+// The Qt peers of the window toolkit.
