@@ -50,6 +50,7 @@ class LSignalObjectGroup {
   void Add(LSignalObjectRef signal);
   bool Select(unsigned ms);  // true: at least one is signalled
   bool IsSignaled() { return Select(0); }
+  const std::vector<pollfd>& Ends() const { return ends_; }  // for a host loop that watches them itself
 
  private:
   std::vector<pollfd> ends_;

@@ -7,6 +7,7 @@
 #include <immintrin.h>
 #endif
 
+#include <algorithm>
 #include <mutex>
 #include <system_error>
 
@@ -42,8 +43,7 @@ bool LThread::Start(int priority) {
   started_.Reset();
   priority_ = priority;
   running_ = true;
-  // The library reports a refused thread by an exception; pthread's own attribute call lets us ask first is not possible,
-  // so a refusal ends here.
+  // The standard library reports a refused thread by an exception; it ends here.
   try {
     thread_ = std::thread([this] { ThreadCallback(); });
   } catch (const std::system_error&) {
@@ -85,7 +85,8 @@ void LThread::SetPriority(int priority) {
   priority_ = priority;
   const long id = systemId_;
   if (id < 0) return;
-  if (LThreadPriorities* priorities = LPlatform::Priorities()) priorities->Apply(id, priority);
+  if (LThreadPriorities* priorities = LPlatform::Priorities())
+    priorities->Apply(id, neverRealTime_ ? std::min(priority, kPriorityRecording) : priority);
 }
 
 LProcessWaitResult LThread::ProcessWait(unsigned ms) { return stop_.WaitSignal(ms) ? lpwStopped : lpwTimedOut; }

@@ -36,6 +36,7 @@ class LThread : public LProcessInterface {
   bool IsRunning() const { return running_.load(); }
   void SetPriority(int priority);
   int GetPriority() const { return priority_.load(); }
+  void NeverRealTime() { neverRealTime_ = true; }  // keeps the number, but never asks for real-time scheduling
   LSignalObjectRef StopSignal() const { return stop_; }
   const std::string& Name() const { return name_; }
 
@@ -56,6 +57,7 @@ class LThread : public LProcessInterface {
   std::atomic<long> systemId_{-1};
   std::atomic<int> priority_{kPriorityWorking};
   std::atomic<bool> running_{false};
+  bool neverRealTime_ = false;
   LSignalObject stop_, ended_, started_;
   LMutex mutex_;  // start and join
 };

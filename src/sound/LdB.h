@@ -22,7 +22,7 @@ class LdB<signed char> {
   constexpr bool IsMuted() const { return db_ <= kMuted; }
   friend constexpr bool operator==(LdB, LdB) = default;
 
-  // The sum of levels, clamped: from 127 up 127, down to kMuted where one of them mutes or the sum does.
+  // The sum of the numbers, clamped to kMuted..127: a muted level counts as -127, so raising it opens it again.
   friend LdB operator+(LdB a, LdB b);
 
   struct Table {

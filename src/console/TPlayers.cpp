@@ -1,0 +1,77 @@
+#include "console/TPlayers.h"
+
+#include <algorithm>
+#include <span>
+
+void TPlayers::SetDevices(const LSoundPlayDevice& main, const LSoundPlayDevice& headphone, bool second) {
+  second_ = second;
+  main_.GetDevice().SetDevice(main);
+  headphone_.GetDevice().SetDevice(headphone);
+}
+
+void TPlayers::OpenSplitter(LSoundSource& mix, const std::array<int, 4>& map) {
+  splitter_.Open(mix, map, mainHalf_, headphoneHalf_);
+}
+
+bool TPlayers::Start(LSoundSource& main) { return main_.Start(main, 0); }
+
+bool TPlayers::Start(LSoundSource& main, LSoundSource& headphone) {
+  if (!main_.Start(main, 0)) return false;
+  headphone_.Start(headphone, 0);
+  return true;
+}
+
+void TPlayers::Replace(LSoundSource& main, LSoundSource* headphone) {
+  main_.ReplaceSource(main);
+  if (headphone && headphone_.IsActive()) headphone_.ReplaceSource(*headphone);
+}
+
+void TPlayers::StopPlaying() {
+  main_.StopPlaying();
+  headphone_.StopPlaying();
+  mainHalf_.Close();
+  headphoneHalf_.Close();
+}
+
+int TPlayers::GetLag(bool addSplitter) const {
+  const int lag = main_.GetDevice().GetLagToWriteCursor();
+  return addSplitter && second_ ? lag + splitter_.MainFillFrames() : lag;
+}
+
+int TPlayers::GetQueuedFrames() const {
+  return main_.GetDevice().FilledFrames() + (second_ ? splitter_.MainFillFrames() : 0);
+}
+
+void TPlayers::Resync(bool refill) {
+  LSoundPlayer* running[2];
+  int count = 0;
+  for (LSoundPlayer* player : {&main_, &headphone_})
+    if (player->IsActive() && player->IsEngineLockHeld()) running[count++] = player;
+  const std::span players(running, std::size_t(count));
+
+  for (LSoundPlayer* player : players) player->GetDevice().ResyncStart();
+  // The halves share their input: each names the place it wants, then the input goes once to the earlier one.
+  const bool shared = players.size() > 1;
+  if (shared) splitter_.BeginSharedSeek();
+  for (LSoundPlayer* player : players) {
+    LSoundSource& chain = player->Chain();
+    chain.Seek(chain.GetPositionSample() - player->GetDevice().GetLagToWriteCursor());
+    player->RequestCrossFade();
+  }
+  if (shared) splitter_.EndSharedSeek();
+  for (LSoundPlayer* player : players) player->GetDevice().ResyncBuffer(refill);
+  for (LSoundPlayer* player : players) player->GetDevice().ResyncFinish();
+}
+
+TPlayersLock::TPlayersLock(TPlayers& players) : players_(players) {
+  main_ = !players.main_.IsEngineLockHeld();
+  if (main_) players.main_.LockEngine();
+  headphone_ = players.second_ && players.headphone_.IsActive() && !players.headphone_.IsEngineLockHeld();
+  if (headphone_) players.headphone_.LockEngine();
+}
+
+void TPlayersLock::Release() {
+  if (headphone_) players_.headphone_.UnlockEngine();
+  if (main_) players_.main_.UnlockEngine();
+  main_ = headphone_ = false;
+}

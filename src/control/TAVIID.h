@@ -1,0 +1,41 @@
+// The commands of the program: what a menu item, a key, a button or a script names. The numbers are stored in users' key
+// and controller maps and never change.
+#pragma once
+
+enum TAVIID : short {
+  idAddToPlaylist = 1397,
+  idAddToDeckA = 1411,
+  idAddToDeckB = 1412,
+  idOpenRecordFolder = 1410,
+  idMasterEffects = 1369,
+  idAutoPlay = 1370,
+  idShuffle = 1373,
+  idRecord = 1374,
+  idMicrophone = 1375,
+  idSafeLive = 1376,
+  idPreferences = 1431,
+  idPlayPauseA = 1433,
+  idPlayPauseB = 1434,
+  idHeadphonesA = 1503,
+  idHeadphonesB = 1504,
+  idJumpToStartA = 1509,
+  idJumpToStartB = 1510,
+  idResetDeckA = 1521,
+  idResetDeckB = 1522,
+  idClearDeckA = 1527,
+  idClearDeckB = 1528,
+  idCrossfadeLeft = 1563,
+  idCrossfadeRight = 1564,
+  idCrossfadeFullLeft = 1567,
+  idCrossfadeFullRight = 1568,
+  idCrossfadeCentre = 1569,
+  idVolumeUpA = 1570,
+  idVolumeUpB = 1571,
+  idVolumeDownA = 1576,
+  idVolumeDownB = 1577,
+  idMasterUp = 1582,
+  idMasterDown = 1583,
+  idHeadphoneUp = 1584,
+  idHeadphoneDown = 1585,
+  idQuit = 9100,  // of the menu alone
+};

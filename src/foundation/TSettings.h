@@ -1,0 +1,62 @@
+// The settings that the program reads, each with its default, in one table. A value is read at the moment it is needed.
+// Units    as the comment at the row says.
+// Threads  [any]
+#pragma once
+#include <algorithm>
+#include <string>
+
+#include "foundation/LPreferences.h"
+
+struct TSettingBool {
+  const char *section, *key;
+  bool fallback;
+  bool Get() const { return LUserSettingGetBool(section, key, fallback); }
+  void Set(bool value) const { LUserSettingSetString(section, key, value ? "1" : "0"); }
+};
+
+struct TSettingInt {
+  const char *section, *key;
+  int fallback, low, high;
+  int Get() const { return std::clamp(LUserSettingGetInt(section, key, fallback), low, high); }
+  void Set(int value) const { LUserSettingSetString(section, key, std::to_string(value)); }
+};
+
+struct TSettingString {
+  const char *section, *key, *fallback;
+  std::string Get() const { return LUserSettingGetString(section, key, fallback); }
+  void Set(const std::string& value) const { LUserSettingSetString(section, key, value); }
+};
+
+namespace TSettings {
+
+inline constexpr TSettingString kAudioApi{"Settings", "AudioApi", ""};  // "pulse", "alsa", "jack"; empty: the first with a device
+inline constexpr TSettingString kSoundOutDevice{"Settings", "SoundOutDevice", ""};
+inline constexpr TSettingString kSoundOutDeviceHeadphone{"Settings", "SoundOutDeviceHeadphone", ""};
+inline constexpr TSettingBool kUseSecondDevice{"Settings", "UseSecondDevice", false};
+inline constexpr TSettingInt kMainOutputLeft{"Settings", "MainOutputLeft", 0, -1, 255};  // channel
+inline constexpr TSettingInt kMainOutputRight{"Settings", "MainOutputRight", 1, -1, 255};
+inline constexpr TSettingInt kHeadphoneOutputLeft{"Settings", "HeadphoneOutputLeft", -1, -1, 255};  // -1: none
+inline constexpr TSettingInt kHeadphoneOutputRight{"Settings", "HeadphoneOutputRight", -1, -1, 255};
+inline constexpr TSettingInt kHeadphoneOutput2Left{"Settings", "HeadphoneOutput2Left", 0, -1, 255};
+inline constexpr TSettingInt kHeadphoneOutput2Right{"Settings", "HeadphoneOutput2Right", 1, -1, 255};
+inline constexpr TSettingInt kMasterLevel{"Settings", "MasterDBLevel", 0, -127, 127};  // dB
+inline constexpr TSettingInt kHeadphoneLevel{"Settings", "HeadphoneDBLevel", 0, -127, 127};
+
+inline constexpr TSettingBool kSilenceDetection{"Settings", "SilenceDetection", false};
+inline constexpr TSettingBool kResetDeckWhenLoaded{"Settings", "ResetDeckWhenLoaded", false};
+inline constexpr TSettingBool kNotWarnWhilePlaying{"Settings", "NotWarnWhilePlaying", false};
+inline constexpr TSettingInt kCrossFadeShiftValue{"Settings", "CrossFadeShiftValue", 2, 1, 100};  // of 100, a key press
+inline constexpr TSettingString kLoadFromFolder{"Settings", "LoadFromFolder", ""};
+
+inline constexpr TSettingString kDefaultRecordFolder{"Settings", "DefaultRecordFolder", ""};
+inline constexpr TSettingString kRecordingExtension{"Settings", "RecordingExtension", ".aiff"};
+inline constexpr TSettingBool kAutoRecordFileName{"Settings", "AutoRecordFileName", true};
+inline constexpr TSettingString kRecordingFileName{"Settings", "RecordingFileName", ""};
+inline constexpr TSettingBool kStreamingToRelayo{"Settings", "StreamingToRelayo", false};
+inline constexpr TSettingBool kRecordAndStream{"Settings", "RSBoth", false};
+inline constexpr TSettingInt kAiffChannels{"AIFFEncode", "Channels", 2, 1, 255};
+inline constexpr TSettingInt kAiffSampleRate{"AIFFEncode", "SampleRate", 44100, 1, 196000};  // Hz
+inline constexpr TSettingInt kAiffSampleSize{"AIFFEncode", "SampleSize", 16, 1, 32};         // bits
+inline constexpr TSettingInt kAiffFormat{"AIFFEncode", "Format", 0, -0x7fffffff, 0x7fffffff};  // 1, 2, 3; others: 0
+
+}  // namespace TSettings

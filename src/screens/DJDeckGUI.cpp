@@ -1,0 +1,129 @@
+#include "screens/DJDeckGUI.h"
+
+#include "control/TAVIID.h"
+#include "control/TKeyTable.h"
+#include "foundation/LFile.h"
+#include "foundation/LKey.h"
+#include "foundation/LText.h"
+#include "screens/DJTheme.h"
+
+namespace {
+
+constexpr int kMeterPx = 30, kButtonsPx = 44, kSliderPx = 44, kGapPx = 8, kMarginPx = 10;
+
+// Of the two ids of a command, the deck's.
+int IdOf(DJDeckPosition deck, TAVIID ofA, TAVIID ofB) { return deck == kDeckA ? ofA : ofB; }
+
+void SetTip(LCoolButton& button) {
+  const TKeyCommand& row = TKeyTable::FindByCommand(button.Id());
+  const std::string key = LKey(row.key).GetDisplayText();
+  const std::string& name = button.GetAccessibleName();
+  button.SetToolTip(key.empty() ? name : LText::Format("%s (%s)", name.c_str(), key.c_str()));
+}
+
+}  // namespace
+
+DJDeckGUI::DJDeckGUI(LWindow& parent, DJPanelHost& host, DJDeck& deck)
+    : LPaintControl(parent, 1000 + deck.GetPosition()),
+      host_(host),
+      deck_(deck),
+      info_(*this, 1100, deck.GetPosition()),
+      meter_(*this, 1101, LText::Format("Pegel von Deck %c", deck.GetLetter())),
+      play_(*this, host, IdOf(deck.GetPosition(), idPlayPauseA, idPlayPauseB), LCoolButton::Icon::Play,
+            "Wiedergabe/Pause", DJTheme::kGreen),
+      jump_(*this, host, IdOf(deck.GetPosition(), idJumpToStartA, idJumpToStartB), LCoolButton::Icon::ToStart,
+            "Zum Anfang springen", DJTheme::kText),
+      headphones_(*this, host, IdOf(deck.GetPosition(), idHeadphonesA, idHeadphonesB), LCoolButton::Icon::Headphones,
+                  "Kopfhörer an/aus", DJTheme::GetDeckColour(deck.GetPosition())),
+      load_(*this, host, IdOf(deck.GetPosition(), idAddToDeckA, idAddToDeckB), LCoolButton::Icon::Folder,
+            "Titel laden", DJTheme::kText),
+      volume_(*this, 1102, LText::Format("Lautstärke Deck %c", deck.GetLetter())) {
+  SetAccessibleName(LText::Format("Deck %c", deck.GetLetter()));
+  deck.AddNotify(*this);
+  load_.SetCaption("Laden...");
+  volume_.SetChanged([this](LLevel level) { host_.PanelDeckVolume(deck_.GetPosition(), level); });
+  info_.SetSeek([this](LSoundTime time) { host_.PanelSeek(deck_.GetPosition(), LFramesFromSoundTime(time, kDeckRate)); });
+  UpdateToolTips();
+  EvCleared();
+}
+
+void DJDeckGUI::EvLoaded() {
+  playedSinceLoad_ = false;
+  info_.SetTrackInfo(LFile::TitleFromPath(deck_.GetPath()), LFile::FolderFromPath(deck_.GetPath()),
+                     LSoundTimeFromFrames(deck_.GetEndSample(), kDeckRate));
+  UpdatePosition();
+  CmDeckPause();
+}
+
+void DJDeckGUI::EvCleared() {
+  playedSinceLoad_ = false;
+  info_.SetTrackInfo("", "", 0);
+  CmDeckPause();
+  EnableControls();
+}
+
+void DJDeckGUI::CmDeckPlay() {
+  playedSinceLoad_ = true;
+  play_.SetOn(true);
+  play_.SetIcon(LCoolButton::Icon::Pause);
+  info_.SetPlaying(true);
+}
+
+void DJDeckGUI::CmDeckPause() {
+  play_.SetOn(false);
+  play_.SetIcon(LCoolButton::Icon::Play);
+  info_.SetPlaying(false);
+  meter_.Clear();
+}
+
+void DJDeckGUI::UpdateHeadphones() { headphones_.SetOn(deck_.IsHeadphoneOn()); }
+
+void DJDeckGUI::UpdatePosition() { info_.SetDeckTime(LSoundTimeFromFrames(deck_.GetPlayPosition(), kDeckRate)); }
+
+void DJDeckGUI::UpdateToolTips() {
+  for (LCoolButton* button : {&play_, &jump_, &headphones_, &load_}) SetTip(*button);
+  volume_.SetToolTip("Lautstärke; Doppelklick: 0 dB");
+}
+
+void DJDeckGUI::EnableControls() {
+  play_.SetEnabled(deck_.IsLoaded());
+  jump_.SetEnabled(deck_.IsLoaded());
+}
+
+void DJDeckGUI::djntfTime(LSoundTime& time, DJDeck&) { info_.SetDeckTime(time); }
+
+void DJDeckGUI::djntfLevel(const LLevels& levels, DJDeck&) { meter_.SetLevels(levels.levels[0], levels.levels[1]); }
+
+void DJDeckGUI::djntfStop(DJDeck&) {
+  CmDeckPause();
+  UpdatePosition();
+}
+
+void DJDeckGUI::EvPaint(LPaintContext& context) { DJTheme::DrawPanel(context, {0, 0, Width(), Height()}); }
+
+void DJDeckGUI::EvResize(int w, int h) {
+  LRect box = LRect{0, 0, w, h}.Inset(kMarginPx);
+  const LRect sliders = box.TakeBottom(kSliderPx);
+  volume_.SetBounds(sliders);
+  box.TakeBottom(kGapPx);
+  LRect buttons = box.TakeBottom(kButtonsPx);
+  box.TakeBottom(kGapPx);
+  const int wide = (buttons.width - 3 * kGapPx) / 4;
+  LCoolButton* row[] = {&load_, &jump_, &play_, &headphones_};
+  for (LCoolButton* button : row) {
+    button->SetBounds(buttons.TakeLeft(wide));
+    buttons.TakeLeft(kGapPx);
+  }
+  // The meters stand at the outer sides, the consoles' side stays free for what belongs to both decks.
+  const bool left = deck_.GetPosition() == kDeckA;
+  meter_.SetBounds(left ? box.TakeLeft(kMeterPx) : box.TakeRight(kMeterPx));
+  left ? box.TakeLeft(kGapPx) : box.TakeRight(kGapPx);
+  info_.SetBounds(box);
+}
+
+bool DJDeckGUI::EvDropFiles(const LDroppedFileData& files) {
+  EvDragHover(false);
+  return host_.PanelDrop(deck_.GetPosition(), files.paths);
+}
+
+void DJDeckGUI::EvDragHover(bool over) { info_.SetDropHover(over); }

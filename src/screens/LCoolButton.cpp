@@ -1,0 +1,131 @@
+#include "screens/LCoolButton.h"
+
+#include "screens/DJTheme.h"
+
+namespace {
+
+using Icon = LCoolButton::Icon;
+
+struct IconBox {
+  LPaintContext& context;
+  LRect box;
+  LGuiColor colour;
+  // Places in a grid of 0..100 both ways.
+  LPointF At(double x, double y) const { return {box.x + box.width * x / 100, box.y + box.height * y / 100}; }
+  LRect Box(double x, double y, double w, double h) const {
+    return {box.x + int(box.width * x / 100), box.y + int(box.height * y / 100), int(box.width * w / 100),
+            int(box.height * h / 100)};
+  }
+  LGuiPen Pen() const { return {.colour = colour, .width = box.width / 10.0, .roundEnds = true}; }
+  void Polygon(std::initializer_list<LPointF> points) const {
+    context.FillPolygon({points.begin(), points.size()}, colour);
+  }
+};
+
+void DrawPlay(const IconBox& i) { i.Polygon({i.At(18, 8), i.At(92, 50), i.At(18, 92)}); }
+
+void DrawPause(const IconBox& i) {
+  i.context.FillRect(i.Box(18, 10, 24, 80), i.colour);
+  i.context.FillRect(i.Box(58, 10, 24, 80), i.colour);
+}
+
+void DrawToStart(const IconBox& i) {
+  i.context.FillRect(i.Box(10, 10, 14, 80), i.colour);
+  i.Polygon({i.At(92, 10), i.At(28, 50), i.At(92, 90)});
+}
+
+void DrawHeadphones(const IconBox& i) {
+  i.context.DrawArc(i.Box(12, 12, 76, 80), 0, 180, i.Pen());
+  i.context.FillRoundedRect(i.Box(6, 48, 22, 42), 2, i.colour);
+  i.context.FillRoundedRect(i.Box(72, 48, 22, 42), 2, i.colour);
+}
+
+void DrawRecord(const IconBox& i) { i.context.FillEllipse(i.Box(14, 14, 72, 72), i.colour); }
+
+void DrawShield(const IconBox& i) {
+  i.Polygon({i.At(50, 4), i.At(90, 18), i.At(86, 58), i.At(50, 96), i.At(14, 58), i.At(10, 18)});
+}
+
+void DrawMicrophone(const IconBox& i) {
+  i.context.FillRoundedRect(i.Box(34, 4, 32, 54), i.box.width * 0.16, i.colour);
+  i.context.DrawArc(i.Box(20, 22, 60, 54), 180, 180, i.Pen());
+  i.context.DrawLine(i.At(50, 78), i.At(50, 94), i.Pen());
+}
+
+void DrawFolder(const IconBox& i) {
+  i.Polygon({i.At(6, 20), i.At(40, 20), i.At(50, 32), i.At(94, 32), i.At(94, 84), i.At(6, 84)});
+}
+
+struct IconRow {
+  Icon icon;
+  void (*draw)(const IconBox&);
+};
+constexpr IconRow kIcons[] = {
+    {Icon::Play, DrawPlay},
+    {Icon::Pause, DrawPause},
+    {Icon::ToStart, DrawToStart},
+    {Icon::Headphones, DrawHeadphones},
+    {Icon::Record, DrawRecord},
+    {Icon::Shield, DrawShield},
+    {Icon::Microphone, DrawMicrophone},
+    {Icon::Folder, DrawFolder},
+};
+
+}  // namespace
+
+LCoolButton::LCoolButton(LWindow& parent, DJPanelHost& host, int command, Icon icon, const std::string& name,
+                         LGuiColor lit)
+    : LPaintControl(parent, command), host_(host), icon_(icon), lit_(lit) {
+  SetAccessibleRole(LAccessibleRole::Button);
+  SetAccessibleName(name);
+}
+
+void LCoolButton::SetOn(bool on) {
+  if (on == on_) return;
+  on_ = on;
+  SetAccessibleValue(on ? "an" : "aus");
+  Redraw();
+}
+
+void LCoolButton::SetIcon(Icon icon) {
+  if (icon == icon_) return;
+  icon_ = icon;
+  Redraw();
+}
+
+void LCoolButton::SetCaption(const std::string& caption) {
+  caption_ = caption;
+  Redraw();
+}
+
+void LCoolButton::EvPaint(LPaintContext& context) {
+  const LRect box{0, 0, Width(), Height()};
+  const bool down = IsCaptured() && IsHovered();
+  LGuiColor top = DJTheme::kButtonTop, bottom = DJTheme::kButtonBottom, ink = DJTheme::kText;
+  if (on_) top = lit_, bottom = lit_.Mixed(DJTheme::kDark, 25), ink = DJTheme::kDark;
+  if (!IsEnabled()) top = bottom = DJTheme::kPanel, ink = DJTheme::kTextOff;
+  if (down) std::swap(top, bottom);
+  context.FillGradient(box.Inset(1), top, bottom);
+  context.DrawRoundedRect(box.Inset(1), 3, {IsHovered() && IsEnabled() ? DJTheme::kFrameHot : DJTheme::kFrame});
+
+  LRect inside = box.Inset(6, 4);
+  if (icon_ != Icon::None) {
+    const int side = std::min({inside.height, inside.width, 26});
+    LRect strip = caption_.empty() ? inside : inside.TakeLeft(side + 6);
+    DrawIcon(context, {strip.x + (caption_.empty() ? (strip.width - side) / 2 : 0), strip.y + (strip.height - side) / 2, side, side}, ink);
+  }
+  if (!caption_.empty()) context.DrawText(inside, caption_, DJTheme::kNormal, ink, icon_ == Icon::None ? ltaCentre : ltaLeft);
+}
+
+void LCoolButton::DrawIcon(LPaintContext& context, const LRect& box, LGuiColor colour) const {
+  for (const IconRow& row : kIcons)
+    if (row.icon == icon_) row.draw({context, box, colour});
+}
+
+void LCoolButton::EvMouseDown(const LMouseEvent&) { Redraw(); }
+
+void LCoolButton::EvMouseUp(const LMouseEvent& event) {
+  Redraw();
+  const LRect box{0, 0, Width(), Height()};
+  if (event.button == LMouseButton::Left && box.Contains(event.at)) host_.PanelCommand(Id());
+}

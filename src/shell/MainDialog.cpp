@@ -1,0 +1,391 @@
+#include "shell/MainDialog.h"
+
+#include <algorithm>
+
+#include "control/TAVIID.h"
+#include "control/TKeyTable.h"
+#include "foundation/LFile.h"
+#include "foundation/LPlatform.h"
+#include "foundation/LText.h"
+#include "foundation/TSettings.h"
+#include "shell/TCommandTable.h"
+#include "shell/TFreestDeck.h"
+#include "shell/TMainMenu.h"
+#include "shell/TStateWriter.h"
+#include "sound/LSoundBackend.h"
+#include "toolkit/LAlert.h"
+#include "toolkit/LFileDialog.h"
+#include "toolkit/LToolkit.h"
+
+namespace {
+
+// Timers of the window.
+constexpr int kNoDeviceTimer = 34, kPostInitTimer = 36, kDurationTimer = 60, kScreenshotTimer = 61;
+constexpr int kPostInitRetryMs = 200;
+constexpr int kScreenshotAfterMs = 2000;
+constexpr int kPanelGapPx = 5, kMarginPx = 5;
+constexpr int kSpeakingDropDb = 6;  // the music steps back while somebody speaks
+
+}  // namespace
+
+MainDialog::MainDialog(const TStartOptions& options, TScript script)
+    : options_(options),
+      console_(std::make_unique<DJConsole>()),
+      loader_(*console_, *this),
+      record_(*console_, *this),
+      script_(std::move(script), *this),
+      hasScript_(options.demo || !options.scriptPath.empty()),
+      crossfadeStep_(TSettings::kCrossFadeShiftValue.Get()) {}
+
+MainDialog::~MainDialog() = default;
+
+// Start and end
+
+void MainDialog::InitDialog() {
+  SetTitle("Tavi");
+  SetMinimumSize(kMinimumWidth, kMinimumHeight);
+  SetSize(kDefaultWidth, kDefaultHeight);
+  const auto keys = TMainMenu::Keys();
+  SetMenu(TMainMenu::Items().data(), int(TMainMenu::Items().size()), keys.data(), int(keys.size()));
+  SetStatusText("Tavi " TAVI_VERSION);
+  console_->SetNotify(this);
+  DJPanelHost& host = *this;
+  consoleGui_ = std::make_unique<DJConsoleGUI>(*this, host);
+  for (const DJDeckPosition position : {kDeckA, kDeckB}) {
+    DJDeck& deck = console_->AddDeck(position);
+    deckGui_[std::size_t(position)] = std::make_unique<DJDeckGUI>(*this, host, deck);
+  }
+  RestoreFrame("MainWindow");
+  LayoutControls(Width(), Height());
+  if (options_.device.empty() && LPlatform::SoundBackend().Name() == "null") TimerSet(kNoDeviceTimer, 0);
+  if (!options_.device.empty() && options_.device.rfind("jack:", 0) != 0) console_->SetDeviceOverride(options_.device);
+  console_->UpdateDevice();
+  record_.PrepareFolder();
+  EnableControls();
+  TimerSet(kPostInitTimer, 0);
+}
+
+void MainDialog::PostInitDialog() {
+  const LLevel master = TSettings::kMasterLevel.Get(), headphone = TSettings::kHeadphoneLevel.Get();
+  MasterSlider().ShowLevel(master);
+  HeadphoneSlider().ShowLevel(headphone);
+  console_->SetVolume(master, headphone);
+  if (!options_.recordPath.empty()) record_.StartTo(options_.recordPath);
+  LoadTracksOfCommandLine();
+  if (options_.durationSeconds) TimerSet(kDurationTimer, int(std::min(*options_.durationSeconds * 1000, 2e9)));
+  if (!options_.screenshotPath.empty() && !hasScript_) TimerSet(kScreenshotTimer, kScreenshotAfterMs);
+  if (hasScript_) script_.Start();
+}
+
+void MainDialog::LoadTracksOfCommandLine() {
+  for (std::size_t i = 0; i < options_.tracks.size(); ++i) loader_.LoadFileToDeck(int(i), options_.tracks[i]);
+}
+
+void MainDialog::EvTimer(int id) {
+  switch (id) {
+    case kNoDeviceTimer: return ShowNoDeviceAlert();
+    case kPostInitTimer:
+      if (IsEnabled()) return PostInitDialog();
+      return TimerSet(kPostInitTimer, kPostInitRetryMs);
+    case kDurationTimer: return EndRun();
+    case kScreenshotTimer: return TakeScreenshot();
+    default: return;
+  }
+}
+
+void MainDialog::ShowNoDeviceAlert() {
+  Alert("Kein Gerät angeschlossen",
+        "Tavi konnte kein Audiogerät finden. Bitte sicherstellen, dass ein Gerät angeschlossen ist und funktioniert.");
+}
+
+void MainDialog::EndRun() {
+  if (!options_.screenshotPath.empty() && hasScript_) TakeScreenshot();
+  Close();
+}
+
+void MainDialog::TakeScreenshot() {
+  if (!Grab(options_.screenshotPath)) Fail("Bildschirmfoto", "Das Bild konnte nicht gespeichert werden: " + options_.screenshotPath);
+}
+
+void MainDialog::DestroyDialog() {
+  if (!options_.statePath.empty()) ScriptState(options_.statePath);
+  StoreFrame("MainWindow");
+  if (console_->IsSpeaking()) ToggleMicrophoneMode();  // gives the master its level back
+  TSettings::kMasterLevel.Set(console_->GetMasterLevel().Get());
+  TSettings::kHeadphoneLevel.Set(console_->GetHeadphoneLevel().Get());
+  console_->Shutdown();
+  record_.Shutdown();
+  TimerDestroy();
+}
+
+bool MainDialog::CmCancel() {
+  if (!safeLive_.IsOn() || !console_->IsAnyDeckPlaying()) return true;
+  LAlert alert("Versehentliches Schließen verhindern",
+               "Wiedergabe von einem oder mehreren Decks läuft. Sind Sie sicher, dass Sie beenden möchten?",
+               {"Schließen Tavi", "Nicht schließen"});
+  return alert.Run(this) == 0;
+}
+
+void MainDialog::LayoutControls(int w, int h) {
+  if (!consoleGui_) return;
+  const int deckWidth = (w - DJConsoleGUI::kPanelWidthPx - 2 * kPanelGapPx - 2 * kMarginPx) / 2;
+  const int height = h - 2 * kMarginPx;
+  const int consoleX = kMarginPx + deckWidth + kPanelGapPx;
+  const int deckBX = consoleX + DJConsoleGUI::kPanelWidthPx + kPanelGapPx;
+  DeckGUI(kDeckA).SetBounds({kMarginPx, kMarginPx, deckWidth, height});
+  consoleGui_->SetBounds({consoleX, kMarginPx, DJConsoleGUI::kPanelWidthPx, height});
+  DeckGUI(kDeckB).SetBounds({deckBX, kMarginPx, w - deckBX - kMarginPx, height});
+}
+
+// Commands
+
+void MainDialog::Command(int id, int) {
+  const TCommandRow* row = FindCommand(id);
+  if (row && (!row->needsLoadedDeck || console_->IsDeckLoaded(row->deck))) row->run(*this, row->deck);
+  EnableControls();
+}
+
+bool MainDialog::EvKeyRepeat(LKey key) {
+  for (const LKeyToCommandMap& entry : TMainMenu::Keys()) {
+    if (entry.key != key) continue;
+    PostCommand(entry.command);
+    return true;
+  }
+  return false;
+}
+
+void MainDialog::EnableControls() {
+  for (const DJDeckPosition deck : {kDeckA, kDeckB}) DeckGUI(deck).EnableControls();
+  for (const TKeyCommand& key : TKeyTable::Rows()) {
+    const TCommandRow* row = FindCommand(key.id);
+    if (row && row->needsLoadedDeck) EnableMenuItem(unsigned(row->id), console_->IsDeckLoaded(row->deck));
+  }
+  CheckMenuItems();
+}
+
+void MainDialog::CheckMenuItems() {
+  CheckMenuItem(idRecord, console_->IsRecording());
+  CheckMenuItem(idMicrophone, console_->IsSpeaking());
+  CheckMenuItem(idSafeLive, safeLive_.IsOn());
+  CheckMenuItem(idHeadphonesA, Deck(kDeckA).IsHeadphoneOn());
+  CheckMenuItem(idHeadphonesB, Deck(kDeckB).IsHeadphoneOn());
+}
+
+bool MainDialog::RefusedBySafeLive(bool allowed) {
+  if (!allowed) consoleGui_->CmShowSafeModeBubbleTip();
+  return !allowed;
+}
+
+void MainDialog::CmPlayPause(DJDeckPosition deck) { IsDeckPlaying(deck) ? CmPauseDeck(deck) : CmPlayDeck(deck); }
+
+void MainDialog::CmPlayDeck(DJDeckPosition position) {
+  DeckGUI(position).SetPlayedSinceLoad();
+  if (RefusedBySafeLive(safeLive_.AllowsPlayPause(position))) return;
+  if (CmPlay(Deck(position))) {
+    DeckGUI(position).CmDeckPlay();
+    return;
+  }
+  Fail(LText::Format("Deck %c wurde nicht gestartet.", DeckLetter(position)),
+       "Das Wiedergabegerät konnte nicht geöffnet werden.");
+}
+
+bool MainDialog::CmPlay(DJDeck& deck) {
+  if (deck.GetPlayPosition() >= deck.GetEndSample()) deck.Seek(0);
+  return deck.Play();
+}
+
+void MainDialog::CmPauseDeck(DJDeckPosition position) {
+  if (Deck(position).GetState() <= DJDeck::Stopped) return;
+  if (RefusedBySafeLive(safeLive_.AllowsPlayPause(position))) return;
+  Deck(position).Stop();
+  DeckGUI(position).CmDeckPause();
+}
+
+void MainDialog::CmJumpToStart(DJDeckPosition position) {
+  if (RefusedBySafeLive(safeLive_.AllowsPlayPause(position))) return;
+  PanelSeek(position, Deck(position).GetStartPosition());
+}
+
+void MainDialog::CmHeadphones(DJDeckPosition position) {
+  Deck(position).SetHeadphoneMode(!Deck(position).IsHeadphoneOn());
+  DeckGUI(position).UpdateHeadphones();
+  if (Deck(position).IsHeadphoneOn() && !console_->CheckHeadphones())
+    consoleGui_->ShowMessage("Kopfhörer und Hauptausgang teilen sich einen Kanal.");
+}
+
+void MainDialog::CmResetDeck(DJDeckPosition position) {
+  if (RefusedBySafeLive(safeLive_.AllowsDeckAction(position))) return;
+  Deck(position).ResetDeckToDefaults();
+}
+
+void MainDialog::CmClearDeck(DJDeckPosition position) {
+  if (RefusedBySafeLive(safeLive_.AllowsDeckAction(position))) return;
+  console_->CmDeckClear(Deck(position));
+  DeckGUI(position).EvCleared();
+}
+
+void MainDialog::CmSetCrossfadePosition(int position) {
+  if (RefusedBySafeLive(safeLive_.AllowsCrossFade(position))) {
+    consoleGui_->SetCrossFade(console_->GetCrossFadePosition());
+    return;
+  }
+  console_->SetCrossFadePosition(position);
+  consoleGui_->SetCrossFade(console_->GetCrossFadePosition());
+}
+
+void MainDialog::CmCrossfadeStep(int direction) {
+  const int now = console_->GetCrossFadePosition();
+  const int next = std::clamp(now + direction * crossfadeStep_, 0, 100);
+  if (next != now) CmSetCrossfadePosition(next);
+}
+
+void MainDialog::ToggleMicrophoneMode() {
+  if (console_->IsSpeaking()) {
+    console_->StopSpeaking();
+    MasterSlider().SetLevel(masterBeforeSpeaking_);
+  } else if (console_->StartSpeaking()) {
+    masterBeforeSpeaking_ = console_->GetMasterLevel();
+    MasterSlider().SetLevel(masterBeforeSpeaking_ + LLevel(-kSpeakingDropDb));
+  } else {
+    Fail("Mikrofon", "Das Mikrofon konnte nicht geöffnet werden.");
+  }
+  consoleGui_->UpdateMicrophoneButtonState(console_->IsSpeaking());
+}
+
+void MainDialog::CmToggleSafeLiveMode() {
+  safeLive_.Toggle();
+  consoleGui_->CmSetSafeMode(safeLive_.IsOn());
+}
+
+void MainDialog::CmOpenRecordFolder() {
+  const std::string folder = TSettings::kDefaultRecordFolder.Get();
+  if (!LPlatform::Toolkit().RevealFile(folder)) Alert("Aufnahmeordner öffnen", folder);
+}
+
+DJDeckPosition MainDialog::FindFreestDeck() const {
+  TFreestDeckInput input;
+  for (const DJDeckPosition position : {kDeckA, kDeckB}) {
+    auto& deck = input.deck[position];
+    deck.loaded = console_->IsDeckLoaded(position);
+    deck.playing = console_->IsDeckPlaying(position);
+    deck.playedSinceLoad = deckGui_[std::size_t(position)]->IsPlayedSinceLoad();
+  }
+  input.lastLoaded = loader_.LastDeckLoaded();
+  input.crossFade = console_->GetCrossFadePosition();
+  return ::FindFreestDeck(input);
+}
+
+// Loading
+
+bool MainDialog::EvAddDeckMessage(DJDeckPosition deck) {
+  if (TSettings::kNotWarnWhilePlaying.Get() || !safeLive_.IsDeckActionUnsafe(deck)) return true;
+  LAlert alert("Datei zum Deck hinzufügen",
+               "Derzeit spielt ein Titel. Möchten Sie das Deck anhalten und einen neuen Titel laden?", {"Nein", "Laden"});
+  alert.checkBoxText = "Bitte nicht mehr warnen.";
+  alert.escapeButton = 0;
+  const bool load = alert.Run(this) == 1;
+  TSettings::kNotWarnWhilePlaying.Set(alert.checked);
+  return load;
+}
+
+bool MainDialog::CmAddFileToDeck(DJDeckPosition deck, const std::string& path) {
+  if (RefusedBySafeLive(safeLive_.AllowsDeckAction(deck)) || !EvAddDeckMessage(deck)) return false;
+  const bool loaded = loader_.LoadFileToDeck(deck, path);
+  EnableControls();
+  return loaded;
+}
+
+void MainDialog::CmBrowseLoadFile(DJDeckPosition deck) {
+  if (RefusedBySafeLive(safeLive_.AllowsDeckAction(deck))) return;
+  LFileDialog dialog(LFileDialog::Kind::OpenFile, LText::Format("Titel in Deck %c laden", DeckLetter(deck)));
+  dialog.folder = TSettings::kLoadFromFolder.Get();
+  dialog.filters = {{"Musikdateien", {"*.wav", "*.aif", "*.aiff", "*.aifc"}}, {"Alle Dateien", {"*"}}};
+  if (!dialog.Run(this)) return;
+  TSettings::kLoadFromFolder.Set(LFile::FolderFromPath(dialog.Path()));
+  CmAddFileToDeck(deck, dialog.Path());
+}
+
+bool MainDialog::PanelDrop(DJDeckPosition deck, const std::vector<std::string>& paths) {
+  return !paths.empty() && CmAddFileToDeck(deck, paths.front());
+}
+
+bool MainDialog::EvDropFiles(const LDroppedFileData& files) {
+  const DJDeckPosition deck = FindFreestDeck();
+  return deck != kNoDeck && PanelDrop(deck, files.paths);
+}
+
+void MainDialog::EvDeckLoaded(DJDeckPosition deck) {
+  DeckGUI(deck).EvLoaded();
+  EnableControls();
+}
+
+// The engine and the panels
+
+void MainDialog::djcntfLevel(const LLevels& levels, long id) {
+  if (id == kMainPlayerId) consoleGui_->SetLevels(levels);
+}
+
+void MainDialog::djcntfStop(DJDeck&) {
+  if (!console_->IsAnyDeckPlaying()) consoleGui_->ClearLevels();
+}
+
+void MainDialog::djcntfTime() {
+  const std::string message = LPlatform::SoundBackend().TakeMessage();
+  if (!message.empty()) ShowInfoLine(message);
+}
+
+void MainDialog::PanelDeckVolume(DJDeckPosition position, LLevel level) {
+  if (RefusedBySafeLive(!safeLive_.IsOn() || !IsDeckPlaying(position))) {
+    DeckSlider(position).ShowLevel(Deck(position).GetVolume());
+    return;
+  }
+  Deck(position).SetVolume(level);
+}
+
+void MainDialog::PanelLevels(LLevel master, LLevel headphone) { console_->SetVolume(master, headphone); }
+
+void MainDialog::PanelSeek(DJDeckPosition position, int frame) {
+  DJDeck& deck = Deck(position);
+  if (!deck.IsLoaded()) return;
+  console_->CmSeek(std::clamp(frame, 0, std::max(deck.GetEndSample(), 0)), deck);
+  DeckGUI(position).UpdatePosition();
+}
+
+void MainDialog::ShowRecordState(bool recording) {
+  consoleGui_->UIApplyRecordState(recording);
+  EnableControls();
+}
+
+void MainDialog::ShowInfoLine(const std::string& text) {
+  consoleGui_->ShowMessage(text);
+  SetStatusText(text);
+}
+
+int MainDialog::Alert(const std::string& title, const std::string& text) { return LAlert(title, text).Run(this); }
+
+void MainDialog::Fail(const std::string& title, const std::string& text) {
+  hadError_ = true;
+  Alert(title, text);
+}
+
+// The script
+
+void MainDialog::ScriptVolume(const TScriptEvent& event) {
+  const LLevel level = int(event.value);
+  if (event.deck != kNoDeck) DeckSlider(event.deck).SetLevel(level);
+  else if (event.target == 1) HeadphoneSlider().SetLevel(level);
+  else MasterSlider().SetLevel(level);
+}
+
+void MainDialog::ScriptSeek(DJDeckPosition deck, double seconds) {
+  PanelSeek(deck, int(std::min(seconds * kDeckRate, double(kEndless))));
+}
+
+void MainDialog::ScriptState(const std::string& path) {
+  const std::string json = TStateWriter::ToJson(*console_, safeLive_);
+  if (!LFile::WriteReplacing(path, json)) Fail("Zustand", "Die Datei konnte nicht geschrieben werden: " + path);
+}
+
+void MainDialog::ScriptEnded(bool quit) {
+  if (quit || !options_.durationSeconds) EndRun();
+}

@@ -1,0 +1,142 @@
+#include "shell/TScript.h"
+
+#include <algorithm>
+
+#include "control/TAVIID.h"
+#include "control/TKeyTable.h"
+#include "foundation/LText.h"
+
+namespace {
+
+// Cuts the first word off the front of a line.
+std::string_view TakeWord(std::string_view& rest) {
+  rest = LText::Trim(rest);
+  const auto end = std::min(rest.find_first_of(" \t"), rest.size());
+  const std::string_view word = rest.substr(0, end);
+  rest = LText::Trim(rest.substr(end));
+  return word;
+}
+
+DJDeckPosition DeckFrom(std::string_view word) {
+  if (LText::EqualsNoCase(word, "A")) return kDeckA;
+  if (LText::EqualsNoCase(word, "B")) return kDeckB;
+  return kNoDeck;
+}
+
+bool TakeNumber(std::string_view& rest, double low, double high, double& value) {
+  const auto number = LText::ToDouble(TakeWord(rest));
+  if (!number || *number < low || *number > high || !rest.empty()) return false;
+  value = *number;
+  return true;
+}
+
+using Reader = bool (*)(std::string_view rest, TScriptEvent& event);
+
+bool ReadLoad(std::string_view rest, TScriptEvent& event) {
+  event.deck = DeckFrom(TakeWord(rest));
+  event.path = rest;
+  return event.deck != kNoDeck && !rest.empty();
+}
+
+bool ReadCommand(std::string_view rest, TScriptEvent& event) {
+  const auto number = LText::ToInt(rest);
+  const TKeyCommand& row = number ? TKeyTable::FindByCommand(int(*number)) : TKeyTable::FindByName(rest);
+  event.target = row.id;
+  return IsValid(row);
+}
+
+bool ReadCrossfade(std::string_view rest, TScriptEvent& event) { return TakeNumber(rest, 0, 100, event.value); }
+
+bool ReadVolume(std::string_view rest, TScriptEvent& event) {
+  const std::string_view whose = TakeWord(rest);
+  event.deck = DeckFrom(whose);
+  event.target = LText::EqualsNoCase(whose, "phones") ? 1 : 0;
+  if (event.deck == kNoDeck && event.target == 0 && !LText::EqualsNoCase(whose, "master")) return false;
+  return TakeNumber(rest, -127, 127, event.value);
+}
+
+bool ReadSeek(std::string_view rest, TScriptEvent& event) {
+  event.deck = DeckFrom(TakeWord(rest));
+  return event.deck != kNoDeck && TakeNumber(rest, 0, 1e6, event.value);
+}
+
+bool ReadState(std::string_view rest, TScriptEvent& event) {
+  event.path = rest;
+  return !rest.empty();
+}
+
+struct VerbRow {
+  const char* name;
+  const char* usage;
+  TScriptEvent::Verb verb;
+  Reader read;
+};
+constexpr VerbRow kVerbs[] = {
+    {"load", "load A|B PFAD", TScriptEvent::Load, ReadLoad},
+    {"command", "command NAME (oder Nummer)", TScriptEvent::Command, ReadCommand},
+    {"crossfade", "crossfade 0..100", TScriptEvent::Crossfade, ReadCrossfade},
+    {"volume", "volume A|B|master|phones DB", TScriptEvent::Volume, ReadVolume},
+    {"seek", "seek A|B SEKUNDEN", TScriptEvent::Seek, ReadSeek},
+    {"state", "state DATEI", TScriptEvent::State, ReadState},
+    {"quit", "quit", TScriptEvent::Quit, [](std::string_view rest, TScriptEvent&) { return rest.empty(); }},
+};
+
+bool ParseLine(std::string_view line, TScriptEvent& event, std::string& error) {
+  const auto fail = [&](const std::string& text) {
+    error = LText::Format("Skript, Zeile %d: %s", event.line, text.c_str());
+    return false;
+  };
+  const std::string_view time = TakeWord(line);
+  const auto seconds = LText::ToDouble(time);
+  if (!seconds || *seconds < 0) return fail(LText::Format("\"%s\" ist keine Zeit in Sekunden.", std::string(time).c_str()));
+  event.seconds = *seconds;
+  const std::string_view name = TakeWord(line);
+  for (const VerbRow& row : kVerbs) {
+    if (name != row.name) continue;
+    event.verb = row.verb;
+    return row.read(line, event) ||
+           fail(LText::Format("\"%s\" ist kein gültiges Argument. Erwartet: %s", std::string(line).c_str(), row.usage));
+  }
+  return fail(LText::Format("Das Kommando \"%s\" ist nicht bekannt.", std::string(name).c_str()));
+}
+
+void SortByTime(std::vector<TScriptEvent>& events) {
+  std::stable_sort(events.begin(), events.end(), [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
+}
+
+}  // namespace
+
+TScript TScript::Parse(std::string_view text, std::string& error) {
+  TScript script;
+  error.clear();
+  for (int number = 1; !text.empty(); ++number) {
+    const auto end = std::min(text.find('\n'), text.size());
+    const std::string_view line = LText::Trim(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+    if (line.empty() || line[0] == '#') continue;
+    TScriptEvent event;
+    event.line = number;
+    if (!ParseLine(line, event, error)) return {};
+    script.events.push_back(event);
+  }
+  SortByTime(script.events);
+  return script;
+}
+
+TScript TScript::Demo(const std::string& trackA, const std::string& trackB) {
+  constexpr double kFadeStart = 24, kFadeSeconds = 8;
+  TScript script;
+  const auto add = [&](double seconds, TScriptEvent event) {
+    event.seconds = seconds;
+    script.events.push_back(std::move(event));
+  };
+  add(0, {.verb = TScriptEvent::Load, .deck = kDeckA, .path = trackA});
+  add(0, {.verb = TScriptEvent::Load, .deck = kDeckB, .path = trackB});
+  add(0, {.verb = TScriptEvent::Crossfade, .value = 0});
+  add(0, {.verb = TScriptEvent::Command, .target = idPlayPauseA});
+  add(20, {.verb = TScriptEvent::Command, .target = idPlayPauseB});
+  for (int position = 1; position <= 100; ++position)
+    add(kFadeStart + kFadeSeconds * position / 100, {.verb = TScriptEvent::Crossfade, .value = double(position)});
+  add(60, {.verb = TScriptEvent::Quit});
+  return script;
+}
