@@ -367,10 +367,13 @@ void DJConsole::TmUpdateDeckTime(DJDeck& deck) {
 
 // A deck has ended when its last frame has left the ring too: the shown position runs ahead by the device's lead.
 void DJConsole::EvCheckDecksStop() {
-  const int queued = players_.GetQueuedFrames();
   for (const auto& deck : decks_)
-    if (deck->IsPlaying() && !deck->IsScratching() && deck->GetChainPosition() - queued >= deck->GetEndSample())
-      deck->Stop();
+    if (deck->IsPlaying() && !deck->IsScratching() && IsHeardToItsEnd(*deck)) deck->Stop();
+}
+
+bool DJConsole::IsHeardToItsEnd(const DJDeck& deck) {
+  const TPlayersLock lock(players_);
+  return deck.GetChainPosition() - players_.GetQueuedFrames() >= deck.GetEndSample();
 }
 
 void DJConsole::EvTimeAllDecks() {

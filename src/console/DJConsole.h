@@ -136,6 +136,7 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   void TmUpdateDeck(DJDeck& deck, DeckFlags flags);
   void TmUpdateDeckTime(DJDeck& deck);
   void EvCheckDecksStop();
+  bool IsHeardToItsEnd(const DJDeck& deck);
   void EvTimeAllDecks();
   void EvUpdateEffectChain();
   void CmUpdateMasterEffects();

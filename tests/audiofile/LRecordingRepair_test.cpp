@@ -37,7 +37,7 @@ TEST_F(LRecordingRepairTest, AKilledRecordingPlaysToItsLastBlock) {
     const bool wave = Bytes("x")[0] == 'R';
     const LSoundSource source = wave ? LWaveFile::OpenSource(Path("x")) : LAifFile::OpenSource(Path("x"));
     ASSERT_TRUE(source.IsOk());
-    EXPECT_EQ(source.GetEndSample(), 600);
+    ASSERT_EQ(source.GetEndSample(), 600);
     EXPECT_FALSE(source.IsStreaming());
     EXPECT_NEAR(ReadWhole(source).back(), 0x4000, 0x200);
     LFile::Remove(Path("x"));

@@ -201,6 +201,23 @@ TEST_F(LWaveFileTest, HeadersAreExact) {
   EXPECT_EQ(Bytes("0").substr(46), data16);
 }
 
+TEST_F(LWaveFileTest, RatesOfAiffFilesAreExtendedNumbers) {
+  const struct {
+    unsigned exponent, mantissa;
+    int rate;                                                                                      // 0: refused
+  } rows[] = {{0x400E, 0xAC440000, 44100}, {0x400E, 0xAC438000, 44100},                            // 44099.5
+              {0x400B, 0xFA000000, 8000},  {0x4010, 0xBF680000, 196000}, {0x4010, 0xBF690000, 0},  // 196002
+              {0x3FFF, 0x80000000, 1},     {0x3FFE, 0xFFFFFFFF, 0},                                // a shift of 32
+              {0x40FF, 0xFFFFFFFF, 2},                                                             // of 31
+              {0x401F, 0x80000000, 0}};
+  for (const auto& row : rows) {
+    const std::string common = Be(1, 2) + Be(2, 4) + Be(16, 2) + Be(row.exponent, 2) + Be(row.mantissa, 4) + Be(0, 4);
+    const std::string form = "AIFFCOMM" + Be(18, 4) + common + "SSND" + Be(12, 4) + Be(0, 8) + Be(0x12345678, 4);
+    const LSoundSource source = LAifFile::OpenSource(Put("a.aif", "FORM" + Be(form.size(), 4) + form));
+    EXPECT_EQ(source.IsOk() ? source.GetSampleRate() : 0, row.rate) << std::hex << row.exponent << row.mantissa;
+  }
+}
+
 TEST_F(LWaveFileTest, AFullDiskSetsTheErrorBitAndTheFilePlaysAsFarAsItGot) {
   const std::vector<int> block(8192 * 2, 1600);
   ::signal(SIGXFSZ, SIG_IGN);
@@ -219,6 +236,7 @@ TEST_F(LWaveFileTest, AFullDiskSetsTheErrorBitAndTheFilePlaysAsFarAsItGot) {
   wave.Close();
   aiff.Close();
   ::setrlimit(RLIMIT_FSIZE, &old);
+  EXPECT_EQ(LFile::Size(Path("a.wav")), 46u + 4 * 24988u);  // no piece of a frame is left
   for (const LSoundSource& source : {LWaveFile::OpenSource(Path("a.wav")), LAifFile::OpenSource(Path("a.aiff"))}) {
     EXPECT_NEAR(source.GetEndSample(), 25000, 16);  // 100001 / 4, but for the header
     EXPECT_EQ(ReadWhole(source).back(), 1600);

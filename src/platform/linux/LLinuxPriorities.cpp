@@ -9,15 +9,16 @@
 #include <memory>
 #include <mutex>
 
-#include "platform/linux/LRealtimeKit.h"
 #include "platform/LBounded.h"
+#include "platform/linux/LRealtimeKit.h"
 
 namespace {
 
 struct NiceRow {
   int upToPriority, nice;
 };
-constexpr NiceRow kNice[] = {{kPriorityIdle, 15}, {kPriorityBackground, 10}, {kPriorityWorking, 0}, {kPriorityRecording, -5}};
+constexpr NiceRow kNice[] = {
+    {kPriorityIdle, 15}, {kPriorityBackground, 10}, {kPriorityWorking, 0}, {kPriorityRecording, -5}};
 
 int NiceOf(int priority) {
   for (const NiceRow& row : kNice)

@@ -40,8 +40,8 @@ LRealtimeKit::Answer LRealtimeKit::MakeRealTime(long systemThreadId, int priorit
       dbus_message_new_method_call(kService, kPath, kService, "MakeThreadRealtime"));
   auto thread = dbus_uint64_t(systemThreadId);
   auto level = dbus_uint32_t(priority);
-  if (!call || !dbus_message_append_args(call.get(), DBUS_TYPE_UINT64, &thread, DBUS_TYPE_UINT32, &level,
-                                         DBUS_TYPE_INVALID))
+  if (!call ||
+      !dbus_message_append_args(call.get(), DBUS_TYPE_UINT64, &thread, DBUS_TYPE_UINT32, &level, DBUS_TYPE_INVALID))
     return Answer::Refused;
   DBusError error;
   dbus_error_init(&error);

@@ -60,8 +60,10 @@ struct Walk {
 template <class Info>
 void OnDevice(pa_context*, const Info* info, int last, void* data) {
   auto& walk = *static_cast<Walk*>(data);
-  if (last) walk.End();
-  else walk.devices.push_back(MakePulseDevice(info->name, info->description, info->sample_spec, info->channel_map));
+  if (last)
+    walk.End();
+  else
+    walk.devices.push_back(MakePulseDevice(info->name, info->description, info->sample_spec, info->channel_map));
 }
 
 template <bool kInput>
@@ -82,7 +84,8 @@ LPulseDevice MakePulseDevice(const char* name, const char* description, const pa
   device.info.channels = map.channels;
   device.info.preferredRate = int(spec.rate);
   device.map = map;
-  if (map.channels == 2 && pa_channel_map_can_balance(&map)) device.info.channelNames = DefaultChannelNames(2);
+  if (map.channels == 2 && pa_channel_map_can_balance(&map))
+    device.info.channelNames = DefaultChannelNames(2);
   else
     for (int channel = 0; channel < map.channels; ++channel)
       device.info.channelNames.push_back(ChannelNameFromLabel(LabelOf(map, channel), channel));
@@ -101,7 +104,8 @@ LPulseConnection::LPulseConnection() {
   pa_threaded_mainloop_lock(loop_);
   running_ = pa_threaded_mainloop_start(loop_) == 0;
   if (running_) {
-    pa_mainloop_api_once(Api(), [](pa_mainloop_api*, void*) { tlThreadRole = LThreadRole::Device; }, nullptr);
+    pa_mainloop_api_once(
+        Api(), [](pa_mainloop_api*, void*) { tlThreadRole = LThreadRole::Device; }, nullptr);
     Connect();
     ScheduleTick();
     WaitUntil([&] { return !context_ || IsReady(); }, kConnectLimitMs);
@@ -155,7 +159,9 @@ void LPulseConnection::ScheduleTick() {
   }
   tick_ = Api()->time_new(
       Api(), &due,
-      [](pa_mainloop_api*, pa_time_event*, const timeval*, void* self) { static_cast<LPulseConnection*>(self)->OnTick(); },
+      [](pa_mainloop_api*, pa_time_event*, const timeval*, void* self) {
+        static_cast<LPulseConnection*>(self)->OnTick();
+      },
       this);
 }
 
@@ -174,7 +180,9 @@ bool LPulseConnection::WaitUntil(const std::function<bool()>& condition, unsigne
   pa_timeval_add(pa_gettimeofday(&due), (limitMs + 1) * PA_USEC_PER_MSEC);
   pa_time_event* timeOut = Api()->time_new(
       Api(), &due,
-      [](pa_mainloop_api*, pa_time_event*, const timeval*, void* self) { static_cast<LPulseConnection*>(self)->Signal(); },
+      [](pa_mainloop_api*, pa_time_event*, const timeval*, void* self) {
+        static_cast<LPulseConnection*>(self)->Signal();
+      },
       this);
   while (!condition() && NowMs() - startMs <= limitMs) pa_threaded_mainloop_wait(loop_);
   if (timeOut) Api()->time_free(timeOut);
@@ -186,10 +194,9 @@ std::vector<LPulseDevice> LPulseConnection::Devices(bool input) {
   LPulseLock lock(*this);
   if (!IsReady()) return {};
   Walk walk{this, {}, {}, 2};
-  pa_operation* operations[] = {
-      pa_context_get_server_info(context_, input ? OnServer<true> : OnServer<false>, &walk),
-      input ? pa_context_get_source_info_list(context_, OnDevice<pa_source_info>, &walk)
-            : pa_context_get_sink_info_list(context_, OnDevice<pa_sink_info>, &walk)};
+  pa_operation* operations[] = {pa_context_get_server_info(context_, input ? OnServer<true> : OnServer<false>, &walk),
+                                input ? pa_context_get_source_info_list(context_, OnDevice<pa_source_info>, &walk)
+                                      : pa_context_get_sink_info_list(context_, OnDevice<pa_sink_info>, &walk)};
   const bool answered = WaitUntil([&] { return walk.pending <= 0 || !context_; }, kListLimitMs);
   for (pa_operation* operation : operations) {
     if (!operation) continue;

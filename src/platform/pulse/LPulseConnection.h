@@ -26,7 +26,7 @@ class LPulseUser {
 
 struct LPulseDevice {
   LSoundDeviceInfo info;
-  std::string id;        // the server's name of it
+  std::string id;  // the server's name of it
   pa_channel_map map{};
 };
 
@@ -74,7 +74,9 @@ class LPulseConnection {
 
 class LPulseLock {
  public:
-  explicit LPulseLock(const LPulseConnection& connection) : loop_(connection.Loop()) { pa_threaded_mainloop_lock(loop_); }
+  explicit LPulseLock(const LPulseConnection& connection) : loop_(connection.Loop()) {
+    pa_threaded_mainloop_lock(loop_);
+  }
   ~LPulseLock() { pa_threaded_mainloop_unlock(loop_); }
   LPulseLock(const LPulseLock&) = delete;
   LPulseLock& operator=(const LPulseLock&) = delete;

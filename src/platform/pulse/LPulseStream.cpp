@@ -6,9 +6,10 @@
 namespace {
 
 constexpr unsigned kOpenLimitMs = 3000;
-// The server holds four slices, 46 ms at 44100 Hz: as much as a player treats as already taken, so that a change is heard
-// when the player says. It asks for one slice at a time: the device's own buffer then gets half of what lies above two
-// slices, one slice, and three are left to bridge a late thread. After running dry it waits until all four are back.
+// The server holds four slices, 46 ms at 44100 Hz: as much as a player treats as already taken, so that a change is
+// heard when the player says. It asks for one slice at a time: the device's own buffer then gets half of what lies
+// above two slices, one slice, and three are left to bridge a late thread. After running dry it waits until all four
+// are back.
 constexpr int kBufferedSlices = 4;
 constexpr unsigned kFirstCallbackMs = 1000;  // of grace: a sink that slept takes its time
 
@@ -30,8 +31,10 @@ LPulseStream::LPulseStream(std::shared_ptr<LPulseConnection> connection, const L
                            LSoundRenderer* renderer, LSoundInputReceiver* receiver)
     : connection_(std::move(connection)), request_(request), renderer_(renderer), receiver_(receiver) {
   const std::size_t samples = std::size_t(request.format.sliceFrames) * std::size_t(request.format.channels);
-  if (renderer) block_.resize(samples);
-  else floatBlock_.resize(samples);
+  if (renderer)
+    block_.resize(samples);
+  else
+    floatBlock_.resize(samples);
 
   LPulseLock lock(*connection_);
   if (!connection_->IsReady()) return;
@@ -99,12 +102,12 @@ void LPulseStream::Ask(bool forDefault) {
   asksDefault_ = forDefault;
   lastTryMs_ = LPulseConnection::NowMs();
   pa_context* context = connection_->Context();
-  question_ = request_.input ? pa_context_get_source_info_by_name(
-                                   context, forDefault ? "@DEFAULT_SOURCE@" : request_.device.c_str(),
-                                   OnInfo<pa_source_info>, this)
-                             : pa_context_get_sink_info_by_name(
-                                   context, forDefault ? "@DEFAULT_SINK@" : request_.device.c_str(),
-                                   OnInfo<pa_sink_info>, this);
+  question_ =
+      request_.input
+          ? pa_context_get_source_info_by_name(context, forDefault ? "@DEFAULT_SOURCE@" : request_.device.c_str(),
+                                               OnInfo<pa_source_info>, this)
+          : pa_context_get_sink_info_by_name(context, forDefault ? "@DEFAULT_SINK@" : request_.device.c_str(),
+                                             OnInfo<pa_sink_info>, this);
   if (!question_) OnOpenFailed();
 }
 
@@ -147,8 +150,8 @@ bool LPulseStream::Connect() {
   buffer.maxlength = std::uint32_t(-1);
   buffer.tlength = buffer.prebuf = kBufferedSlices * slice;
   buffer.minreq = slice;
-  buffer.fragsize = std::uint32_t(std::size_t(std::min(request_.format.sliceFrames, kWantedSliceFrames)) *
-                                  pa_frame_size(&spec_));
+  buffer.fragsize =
+      std::uint32_t(std::size_t(std::min(request_.format.sliceFrames, kWantedSliceFrames)) * pa_frame_size(&spec_));
   // A device named by the user is not exchanged behind our back; the default one may follow the desktop's choice.
   const char* name = asksDefault_ ? nullptr : device_.id.c_str();
   const auto flags = pa_stream_flags_t(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY | PA_STREAM_NO_REMIX_CHANNELS |
@@ -169,8 +172,10 @@ bool LPulseStream::Connect() {
 
 void LPulseStream::OnStreamState() {
   const pa_stream_state_t state = pa_stream_get_state(stream_);
-  if (state == PA_STREAM_READY) OnReady();
-  else if (!PA_STREAM_IS_GOOD(state)) state_ == State::Ready ? Lose() : OnOpenFailed();
+  if (state == PA_STREAM_READY)
+    OnReady();
+  else if (!PA_STREAM_IS_GOOD(state))
+    state_ == State::Ready ? Lose() : OnOpenFailed();
 }
 
 void LPulseStream::OnReady() {
@@ -285,8 +290,10 @@ void LPulseStream::Receive(const float* in, int frames) {
   const int channels = request_.format.channels;
   for (const int slice = request_.format.sliceFrames; frames > 0; frames -= slice) {
     const int block = std::min(frames, slice);
-    if (in) CopyChannels(in, spec_.channels, floatBlock_.data(), channels, block);
-    else std::fill(floatBlock_.begin(), floatBlock_.end(), 0.0f);
+    if (in)
+      CopyChannels(in, spec_.channels, floatBlock_.data(), channels, block);
+    else
+      std::fill(floatBlock_.begin(), floatBlock_.end(), 0.0f);
     receiver_->InputData(floatBlock_.data(), block, channels);
     if (in) in += std::ptrdiff_t(block) * spec_.channels;
   }

@@ -11,7 +11,8 @@ extern "C" {
 
 namespace {
 
-constexpr int kFilterTaps = 64;  // twice the library's default: steeper below the band edge, 0.7 ms of delay at 44100 Hz
+constexpr int kFilterTaps =
+    64;  // twice the library's default: steeper below the band edge, 0.7 ms of delay at 44100 Hz
 constexpr int kMaxChannels = 64;  // of the library
 constexpr int kPrimeFrames = 4096;
 constexpr int kLowestRate = 1000, kHighestRate = 1000000;  // keeps the buffers small
@@ -51,7 +52,8 @@ bool LResampledOutput::Configure() {
   return swr_init(swr) >= 0;
 }
 
-// Silence through the filter: the library's inner buffers reach the size they keep, and nothing is left of earlier sound.
+// Silence through the filter: the library's inner buffers reach the size they keep, and nothing is left of earlier
+// sound.
 void LResampledOutput::Prime() {
   std::fill(chunk_.begin(), chunk_.end(), 0);
   for (int frames = 0; frames < kPrimeFrames; frames += kChunkFrames) ConvertChunk();

@@ -28,7 +28,7 @@ class LRtAudioBackend final : public LSoundBackend {
   bool NameOf(int device, bool input, std::string& name);
 
   std::string api_;
-  Infos outputs_, inputs_;  // as last walked
+  Infos outputs_, inputs_;                                       // as last walked
   std::shared_ptr<int> openStreams_ = std::make_shared<int>(0);  // each holds one more reference
   std::shared_ptr<LDeviceMessages> messages_ = std::make_shared<LDeviceMessages>();
 };

@@ -16,8 +16,8 @@
 
 namespace {
 
-constexpr unsigned kBuffers = 4;         // ALSA's periods: 46 ms of 512 frames, as the desktop's sound servers get
-constexpr int kRealTimePriority = 10;    // of the device's thread, where the system allows it
+constexpr unsigned kBuffers = 4;       // ALSA's periods: 46 ms of 512 frames, as the desktop's sound servers get
+constexpr int kRealTimePriority = 10;  // of the device's thread, where the system allows it
 constexpr const char* kClientName = "Tavi";
 
 struct Device {
@@ -129,9 +129,8 @@ struct LRtAudioSession::Library {
     });
 #else
     // With an error callback the library would not throw: an open that fails is told from a stream that fails later.
-    const bool opened = Guarded([&] {
-      rtAudio->openStream(out, in, format, unsigned(grant.sampleRate), &frames, OnBlock, client, &options);
-    });
+    const bool opened = Guarded(
+        [&] { rtAudio->openStream(out, in, format, unsigned(grant.sampleRate), &frames, OnBlock, client, &options); });
 #endif
     grant.sliceFrames = int(frames);
     return opened && rtAudio->isStreamOpen();

@@ -1,8 +1,7 @@
-// The one place that speaks to RtAudio, of both generations: 5 throws and counts devices, 6 returns codes and gives ids.
-// Every exception ends here. A session is one RtAudio object with one open stream.
-// Units    frames, Hz
-// Threads  [any], one at a time; every call may hang in the library, so callers go through RunBounded.
-// Failure  false or an empty list
+// The one place that speaks to RtAudio, of both generations: 5 throws and counts devices, 6 returns codes and gives
+// ids. Every exception ends here. A session is one RtAudio object with one open stream. Units    frames, Hz Threads
+// [any], one at a time; every call may hang in the library, so callers go through RunBounded. Failure  false or an
+// empty list
 #pragma once
 #include <memory>
 #include <string>
@@ -22,14 +21,14 @@ struct LRtAudioRequest {
   std::string api;         // "alsa", "jack", "coreaudio"
   std::string deviceName;  // as listed; empty: the default one
   bool input = false;
-  int channels = 2;  // at most; see LRtAudioGrant
+  int channels = 2;    // at most; see LRtAudioGrant
   int sampleRate = 0;  // 0: the device's own
   int sliceFrames = kWantedSliceFrames;
 };
 
 struct LRtAudioGrant {
   std::string deviceName;
-  int channels = 0;        // of the stream: not more than the device has
+  int channels = 0;  // of the stream: not more than the device has
   int deviceChannels = 0;
   int sampleRate = 0;
   int sliceFrames = 0;

@@ -160,9 +160,12 @@ void LRtAudioStream::Reconcile() {
     if (wanted_ && NowMs() - lastTryMs_ >= kDeviceRetryMs) RetryDevice();
     return;
   }
-  if (wanted_ && !deviceRuns_) StartDevice();
-  else if (!wanted_ && deviceRuns_) AbortDevice();
-  else if (deviceRuns_ && (bridge_->HasFailed() || bridge_->MsSinceCallback() > kDeviceSilentMs)) LoseDevice();
+  if (wanted_ && !deviceRuns_)
+    StartDevice();
+  else if (!wanted_ && deviceRuns_)
+    AbortDevice();
+  else if (deviceRuns_ && (bridge_->HasFailed() || bridge_->MsSinceCallback() > kDeviceSilentMs))
+    LoseDevice();
 }
 
 bool LRtAudioStream::OpenDevice(const std::string& name) {

@@ -87,13 +87,14 @@ class LRtAudioStream final : private LThread {
   LRtAudioGrant grant_;
   int maxSliceFrames_ = 0, delayFrames_ = 0;
 
-  LMutex mutex_;      // guards bridge_ and that the gate follows wanted_
+  LMutex mutex_;  // guards bridge_ and that the gate follows wanted_
   std::shared_ptr<LRtAudioBridge> bridge_;
-  std::atomic<bool> wanted_{false};  // Start was called, Stop was not
+  std::atomic<bool> wanted_{false};           // Start was called, Stop was not
   std::shared_ptr<LRtAudioSession> session_;  // the thread's, once it runs; null while lost
   bool deviceRuns_ = false;
   std::uint32_t lastTryMs_ = 0;
   std::atomic<bool> lost_{false};
   LSignalObject wake_, settled_;
-  std::atomic<int> wishes_{0}, settledWish_{0};  // changes of wanted_: made, and followed by the device as far as it could
+  std::atomic<int> wishes_{0},
+      settledWish_{0};  // changes of wanted_: made, and followed by the device as far as it could
 };
