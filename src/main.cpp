@@ -15,6 +15,7 @@
 #include "foundation/LMainLoop.h"
 #include "foundation/LPlatform.h"
 #include "foundation/LPreferences.h"
+#include "foundation/LStartUp.h"
 #include "foundation/LStepThread.h"
 #include "platform/LBackendChoice.h"
 #include "platform/linux/LLinuxPriorities.h"
@@ -99,7 +100,9 @@ void FillServices(LPlatformServices& services, LClock& clock, LMainLoop& loop, L
   std::signal(SIGTERM, QuitOnSignal);
 }
 
-int RunDialog(const Run& run) {
+int RunDialog(const Run& run, const LFolders& folders) {
+  LFileMigrateSharedSettings(folders);
+  const LDebugHangDetector hangDetector(folders);
   MainDialog dialog(run.options, run.script);
   dialog.Run(run.argumentCount, run.arguments);
   return dialog.HadError() ? kFailed : kDone;
@@ -128,7 +131,7 @@ int RunOffline(const Run& run) {
   services.toolkit = &toolkit;
   services.steps = &steps;
   LPlatform::Fill(services);
-  return RunDialog(run);
+  return RunDialog(run, folders);
 }
 
 int RunRealTime(Run& run, bool window) {
@@ -153,7 +156,7 @@ int RunRealTime(Run& run, bool window) {
   }
   services.toolkit = toolkit.get();
   LPlatform::Fill(services);
-  return RunDialog(run);
+  return RunDialog(run, folders);
 }
 
 }  // namespace

@@ -118,8 +118,10 @@ void DJConsole::RouteHeadphones(DJDeck& deck, bool on) {
   const ChannelMap map = MixerMap();
   const auto route = [&](int input, int output) {
     if (output < 0) return;
-    if (on) mixer_.AddChannelDesignation(deck.GetPosition(), input, output);
-    else mixer_.RemoveChannelDesignation(deck.GetPosition(), input, output);
+    if (on)
+      mixer_.AddChannelDesignation(deck.GetPosition(), input, output);
+    else
+      mixer_.RemoveChannelDesignation(deck.GetPosition(), input, output);
   };
   route(0, map.headphoneLeft);
   route(1, map.headphoneRight);
@@ -138,7 +140,7 @@ LSoundSource DJConsole::OpenGlobalFxChain(LSoundSource source) {
   return source;
 }
 
-LSoundSource DJConsole::OpenMainTail(LSoundSource source) {
+LSoundSource DJConsole::OpenMainTail(const LSoundSource& source) {
   return LSoundSource::Make<TRecorderSource>(OpenGlobalFxChain(source), recorder_);
 }
 
@@ -233,7 +235,9 @@ void DJConsole::SetVolume(LLevel master, LLevel headphone) {
   pending_.masterVolume = true;
 }
 
-void DJConsole::djntfVolume(LLevel, LLevel, DJDeck& deck) { pending_.deck[std::size_t(deck.GetPosition())].volume = true; }
+void DJConsole::djntfVolume(LLevel, LLevel, DJDeck& deck) {
+  pending_.deck[std::size_t(deck.GetPosition())].volume = true;
+}
 
 void DJConsole::djntfFX(DJDeck& deck) { pending_.deck[std::size_t(deck.GetPosition())].fx = true; }
 

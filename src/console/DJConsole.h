@@ -1,10 +1,10 @@
-// The audio engine: decks, mixer, players, recorder and microphone, and which signal reaches which output at which level.
-// Nothing is applied in the audio path directly: a change goes to a stored value and a flag; the 30 ms timer takes the
-// flag up, rebuilds or regains under the player lock, and rewinds the graph by what waits in the device ring, so that the
-// change is heard at once through a short crossfade.
-// Units    levels in dB; crossfader 0 (deck A) to 100 (deck B); positions in frames of 44100 Hz.
-// Threads  [main]; the graph is read by the players' feeders between the main thread's locks.
-// Failure  a device or a source that does not open leaves the deck stopped; no message is made here.
+// The audio engine: decks, mixer, players, recorder and microphone, and which signal reaches which output at which
+// level. Nothing is applied in the audio path directly: a change goes to a stored value and a flag; the 30 ms timer
+// takes the flag up, rebuilds or regains under the player lock, and rewinds the graph by what waits in the device ring,
+// so that the change is heard at once through a short crossfade. Units    levels in dB; crossfader 0 (deck A) to 100
+// (deck B); positions in frames of 44100 Hz. Threads  [main]; the graph is read by the players' feeders between the
+// main thread's locks. Failure  a device or a source that does not open leaves the deck stopped; no message is made
+// here.
 #pragma once
 #include <array>
 #include <memory>
@@ -45,9 +45,9 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   bool IsAnyDeckPlaying() const;
   bool IsMainPlayerRunning() const { return players_.IsRunning(); }
 
-  void UpdateDevice();                                   // reads the settings; nothing while a player runs
+  void UpdateDevice();  // reads the settings; nothing while a player runs
   void SetDeviceOverride(std::string name) { deviceOverride_ = std::move(name); }  // of the command line
-  bool CheckHeadphones() const;                          // false: headphones share a channel with the main output
+  bool CheckHeadphones() const;  // false: headphones share a channel with the main output
 
   void SetCrossFadePosition(int position);
   int GetCrossFadePosition() const { return crossFade_; }
@@ -118,7 +118,7 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   bool StartPlayingDeck(DJDeck& deck);
   bool StartPlayers();
   LSoundSource OpenGlobalFxChain(LSoundSource source);
-  LSoundSource OpenMainTail(LSoundSource source);
+  LSoundSource OpenMainTail(const LSoundSource& source);
 
   // Levels.
   void ApplyCrossFade();

@@ -38,13 +38,13 @@ void DJDeck::Load(const std::string& path, const LSoundSource& source, int beatI
   loadTimeMs_ = LPlatform::Clock().NowMs();
 }
 
-void DJDeck::FindFirst() {
-  firstSoundPosition_ = TSettings::kSilenceDetection.Get() ? FindFirstSound(baseSource_) : 0;
-}
+void DJDeck::FindFirst() { firstSoundPosition_ = TSettings::kSilenceDetection.Get() ? FindFirstSound(baseSource_) : 0; }
 
 void DJDeck::ResetFirstSoundPosition() {
-  if (loaded_) FindFirst();
-  else firstSoundPosition_ = 0;
+  if (loaded_)
+    FindFirst();
+  else
+    firstSoundPosition_ = 0;
 }
 
 void DJDeck::Unload() {
@@ -149,7 +149,7 @@ LSoundSource DJDeck::OpenSource() {
   return chain_;
 }
 
-LSoundSource DJDeck::BuildChain(LSoundSource source) {
+LSoundSource DJDeck::BuildChain(const LSoundSource& source) {
   if (!source.IsOk()) return source;
   source.Seek(playPosition_);
   return LSoundSource::Make<DJDeckSourceBase>(source, &levelInfo_);

@@ -1,5 +1,5 @@
-// What a deck tells its two listeners (the console first, the panel second), and what the console tells the application.
-// Threads  [main]
+// What a deck tells its two listeners (the console first, the panel second), and what the console tells the
+// application. Threads  [main]
 #pragma once
 #include "sound/LSoundTime.h"
 #include "sound/LdB.h"

@@ -46,6 +46,8 @@ void TMicrophone::HoldDelay() {
   if (lag > kLateFrames) {
     player_.LockEngine();
     device.ResyncStart();
+    // The input cannot go back; the crossfade's history does, and fades from what would have followed.
+    player_.Chain().Seek(player_.Chain().GetPositionSample() - device.GetLagToWriteCursor());
     player_.RequestCrossFade();
     device.ResyncBuffer(false);
     device.ResyncFinish();

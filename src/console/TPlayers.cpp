@@ -59,8 +59,14 @@ void TPlayers::Resync(bool refill) {
     player->RequestCrossFade();
   }
   if (shared) splitter_.EndSharedSeek();
-  for (LSoundPlayer* player : players) player->GetDevice().ResyncBuffer(refill);
-  for (LSoundPlayer* player : players) player->GetDevice().ResyncFinish();
+  // What a device took beyond its mark meanwhile is left out of its own half.
+  if (shared) splitter_.BeginSharedSeek();
+  for (LSoundPlayer* player : players) player->GetDevice().ResyncBuffer(refill && !shared);
+  if (shared) splitter_.EndSharedSkip();
+  for (LSoundPlayer* player : players) {
+    if (refill && shared) player->GetDevice().WriteBuffer(kMaxBlockFrames);
+    player->GetDevice().ResyncFinish();
+  }
 }
 
 TPlayersLock::TPlayersLock(TPlayers& players) : players_(players) {

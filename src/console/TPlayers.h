@@ -29,12 +29,13 @@ class TPlayers {
   void Replace(LSoundSource& main, LSoundSource* headphone);  // under the lock
   void StopPlaying();
 
-  // Frames that were read but are not heard yet, in front of the device; with addSplitter those in the main half's ring.
+  // Frames that were read but are not heard yet, in front of the device; with addSplitter those in the main half's
+  // ring.
   int GetLag(bool addSplitter) const;
   int GetQueuedFrames() const;  // all that was read and has not left the rings
 
-  // Replaces what is queued behind the device's reach by the graph as it is now, from the audible position on. Under the
-  // lock. With refill one new block is written at once.
+  // Replaces what is queued behind the device's reach by the graph as it is now, from the audible position on. Under
+  // the lock. With refill one new block is written at once.
   void Resync(bool refill);
 
  private:

@@ -52,8 +52,10 @@ bool TRecorder::Enable(bool on) {
   source_ = LSPPeakLimit(kPeak16).OpenSource(mix);
   block_.assign(std::size_t(kMaxBlockFrames) * sink_.GetChannels(), 0);
   // Converters take whole blocks: one more than the ratio needs.
-  const int inputBlocks = (kDeckRate + sink_.GetSampleRate() - 1) / sink_.GetSampleRate() + (sink_.GetSampleRate() != kDeckRate);
-  neededSamples_ = std::min((inputBlocks * kMaxBlockFrames + kLookAheadFrames) * kRingChannels, capacity_ - 1 - retained_);
+  const int inputBlocks =
+      (kDeckRate + sink_.GetSampleRate() - 1) / sink_.GetSampleRate() + (sink_.GetSampleRate() != kDeckRate);
+  neededSamples_ =
+      std::min((inputBlocks * kMaxBlockFrames + kLookAheadFrames) * kRingChannels, capacity_ - 1 - retained_);
   enabled_ = true;
   if (StartSteps(kPriorityWorking)) return true;
   enabled_ = false;
@@ -107,8 +109,7 @@ void TRecorder::Resync(int lagFrames) {
   if (at < 0) at += capacity_;
   write_ = at;
   if (!enabled_) return;
-  for (int i = 0; i < kFadeSamples; ++i)
-    oldTail_[std::size_t(i)] = i < back ? ring_[std::size_t(Wrapped(at + i))] : 0;
+  for (int i = 0; i < kFadeSamples; ++i) oldTail_[std::size_t(i)] = i < back ? ring_[std::size_t(Wrapped(at + i))] : 0;
   fadePending_ = true;
 }
 

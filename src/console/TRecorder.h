@@ -1,11 +1,12 @@
-// Records the mix to a sink and hands it to a stream, without ever making the player wait: the player copies into a ring,
-// a thread of its own drains it. What the player reads is ahead of what is heard, so the ring can be rewound by the
-// player's lag and a recording ends on what was heard.
-// Signal   ring of stereo samples at kDeckRate, converted to the sink's rate and channels, then limited to 16 bits' peak.
-// Units    ring in samples (frames * 2); Write, Resync in frames of the mix.
-// Threads  Write [player], allocates nothing and takes no lock; Step [worker]; the rest [main], Resync and Stop while the
+// Records the mix to a sink and hands it to a stream, without ever making the player wait: the player copies into a
+// ring, a thread of its own drains it. What the player reads is ahead of what is heard, so the ring can be rewound by
+// the player's lag and a recording ends on what was heard. Signal   ring of stereo samples at kDeckRate, converted to
+// the sink's rate and channels, then limited to 16 bits' peak. Units    ring in samples (frames * 2); Write, Resync in
+// frames of the mix. Threads  Write [player], allocates nothing and takes no lock; Step [worker]; the rest [main],
+// Resync and Stop while the
 //          player is held.
-// Failure  a full ring drops the newest block; a sink with an error goes on losing samples until somebody asks HasFailed.
+// Failure  a full ring drops the newest block; a sink with an error goes on losing samples until somebody asks
+// HasFailed.
 #pragma once
 #include <atomic>
 #include <memory>
@@ -28,9 +29,9 @@ class TRecorder final : public LStepThread {
   TRecorder(int ringSamples = kRingSamples, int retainedSamples = kRetainedSamples);
   ~TRecorder() override;
 
-  void SetRecordingSink(const LSoundSink& sink);  // ignored while recording
+  void SetRecordingSink(const LSoundSink& sink);               // ignored while recording
   void SetStream(TStreamSender* sender) { sender_ = sender; }  // before the first recording; outlives this
-  void SetChannelPick(int left, int right);       // of three or more channels; -1, -1: the first two
+  void SetChannelPick(int left, int right);                    // of three or more channels; -1, -1: the first two
 
   bool Enable(bool on);
   bool IsEnabled() const { return enabled_; }
@@ -63,13 +64,13 @@ class TRecorder final : public LStepThread {
   TStreamSender* sender_ = nullptr;
   std::atomic<bool> enabled_{false};
   std::atomic<bool> fadePending_{false};
-  std::vector<int> oldTail_;    // kFadeSamples
-  std::vector<int> stereo_;     // [player] the block as it goes into the ring
-  std::vector<int> block_;      // [worker] kMaxBlockFrames frames of the sink
+  std::vector<int> oldTail_;  // kFadeSamples
+  std::vector<int> stereo_;   // [player] the block as it goes into the ring
+  std::vector<int> block_;    // [worker] kMaxBlockFrames frames of the sink
   std::atomic<int> pickLeft_{-1}, pickRight_{-1};
-  int neededSamples_ = 0;       // ring samples that one block of output may take
-  long long framesIn_ = 0;      // taken from the ring, at the mix's rate
-  long long framesOut_ = 0;     // written to the sink
+  int neededSamples_ = 0;    // ring samples that one block of output may take
+  long long framesIn_ = 0;   // taken from the ring, at the mix's rate
+  long long framesOut_ = 0;  // written to the sink
 };
 
 // Passes everything through and copies what was read to the recorder.

@@ -19,10 +19,9 @@ LSoundSink OpenWave(const std::string& path) {
 
 LSoundSink OpenAiff(const std::string& path) {
   const int format = TSettings::kAiffFormat.Get();
-  return LAifFile::OpenAIFFSink(path, TSettings::kAiffSampleRate.Get(),
-                                static_cast<unsigned char>(TSettings::kAiffChannels.Get()),
-                                TSettings::kAiffSampleSize.Get(),
-                                format >= 1 && format <= 3 ? AIFFFormatType(format) : AIFFFormatType(0));
+  return LAifFile::OpenAIFFSink(
+      path, TSettings::kAiffSampleRate.Get(), static_cast<unsigned char>(TSettings::kAiffChannels.Get()),
+      TSettings::kAiffSampleSize.Get(), format >= 1 && format <= 3 ? AIFFFormatType(format) : AIFFFormatType(0));
 }
 
 struct Format {

@@ -8,7 +8,7 @@
 
 namespace TRecordingFile {
 
-std::string NewPath();  // folder, automatic or numbered fixed name, extension
+std::string NewPath();                         // folder, automatic or numbered fixed name, extension
 LSoundSink OpenSink(const std::string& path);  // by the path's extension
 
 bool IsKnownExtension(const std::string& extension);

@@ -1,5 +1,5 @@
-// The commands of the program: what a menu item, a key, a button or a script names. The numbers are stored in users' key
-// and controller maps and never change.
+// The commands of the program: what a menu item, a key, a button or a script names. The numbers are stored in users'
+// key and controller maps and never change.
 #pragma once
 
 enum TAVIID : short {

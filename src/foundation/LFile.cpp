@@ -147,7 +147,8 @@ LFileHandle& LFileHandle::operator=(LFileHandle&& other) noexcept {
 }
 
 LFileHandle LFileHandle::OpenRead(const std::string& path) {
-  LFileHandle file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  // Without O_NONBLOCK a pipe in the file system would wait for its writer.
+  LFileHandle file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat info {};
   // A folder opens, but cannot be read.
   if (file.IsOpen() && (::fstat(file.Get(), &info) != 0 || S_ISDIR(info.st_mode))) file.Close();

@@ -25,7 +25,8 @@ std::string ExtensionFromPath(std::string_view path);
 std::string MakePath(std::string_view folder, std::string_view name);
 std::string Absolute(const std::string& path);
 
-// A name fit for any file system: without "/ \ : * ? \" < > |" and bytes below 32, at most 200 bytes, never "", "." or "..".
+// A name fit for any file system: without "/ \ : * ? \" < > |" and bytes below 32, at most 200 bytes, never "", "." or
+// "..".
 std::string PreprocessName(std::string_view name);
 
 bool CreateFolder(const std::string& path, unsigned mode);  // with its parents; true if it is there afterwards

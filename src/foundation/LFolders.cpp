@@ -62,7 +62,16 @@ std::string LFolders::GetUserDataFolderAppSubFolder(const std::string& name) con
 }
 
 std::string LFolders::GetSharedDataFolderApp() const {
-  return dataFolder_.empty() ? GetUserDataFolderAppSubFolder("Shared") : Created(LFile::MakePath(dataFolder_, "shared"));
+  return dataFolder_.empty() ? GetUserDataFolderAppSubFolder("Shared")
+                             : Created(LFile::MakePath(dataFolder_, "shared"));
+}
+
+std::string LFolders::GetOldSharedDataFolderAppWithNoCreation() const {
+  if (!dataFolder_.empty()) return "";
+  std::string first = "/usr/local/share";
+  if (const char* list = std::getenv("XDG_DATA_DIRS"); list && list[0] == '/')
+    first = std::string(list).substr(0, std::string_view(list).find(':'));
+  return LFile::MakePath(first, "Tavi/Shared");
 }
 
 std::string LFolders::GetTempFolder() const {

@@ -14,6 +14,7 @@ class LFolders {
   std::string GetUserDataFolderApp() const;
   std::string GetUserDataFolderAppSubFolder(const std::string& name) const;
   std::string GetSharedDataFolderApp() const;
+  std::string GetOldSharedDataFolderAppWithNoCreation() const;  // of a system-wide installation; may not be there
   std::string GetTempFolder() const;
   std::string GetMusicFolder() const;
 

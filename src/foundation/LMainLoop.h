@@ -42,9 +42,9 @@ class LMainLoop {
   void ResetTimer(LMainLoopTimerTarget& target, int id);
   void ResetTimers(LMainLoopTimerTarget& target);
 
-  void Run();                      // until Quit
-  bool RunOnce(unsigned waitMs);   // waits for work, dispatches it once; false after Quit
-  void Quit();                     // [any]
+  void Run();                        // until Quit
+  bool RunOnce(unsigned waitMs);     // waits for work, dispatches it once; false after Quit
+  void Quit();                       // [any]
   void Reopen() { ended_ = false; }  // accepts posts again, for a loop that runs a second time
   bool HasEnded() const { return ended_.load(); }
 

@@ -1,7 +1,8 @@
 // The only process-wide registry: the services of the machine and of the way the program was started. main or a test
 // fixture fills it once, before anything else is built; nothing replaces a service later.
 // Threads  Fill and Clear [main] while no other thread runs; the getters [any].
-// Failure  asking for a service that was not filled ends the program: it is a mistake of the caller, not of the machine.
+// Failure  asking for a service that was not filled ends the program: it is a mistake of the caller, not of the
+// machine.
 #pragma once
 
 class LClock;

@@ -49,7 +49,8 @@ bool LWait::Poll(pollfd* ends, unsigned count, unsigned ms) {
   const auto until = Clock::now() + std::chrono::milliseconds(ms);
   while (true) {
     int left = -1;
-    if (ms == 0) left = 0;
+    if (ms == 0)
+      left = 0;
     else if (ms != kWaitForever) {
       const auto rest = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now()).count();
       left = rest > 0 ? int(rest < 0x7fffffff ? rest : 0x7fffffff) : 0;

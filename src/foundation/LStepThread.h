@@ -9,8 +9,8 @@
 
 struct LStepResult {
   enum Kind { Again, Sleep, Wait, Ended } kind = Ended;
-  unsigned ms = 0;                // Sleep: then again; Wait: at most
-  LSignalObjectRef signal = {};   // Wait only
+  unsigned ms = 0;               // Sleep: then again; Wait: at most
+  LSignalObjectRef signal = {};  // Wait only
   static LStepResult GoOn() { return {Again}; }
   static LStepResult SleepMs(unsigned ms) { return {Sleep, ms}; }
   static LStepResult WaitFor(LSignalObjectRef signal, unsigned ms) { return {Wait, ms, signal}; }
@@ -40,9 +40,9 @@ class LStepThread : public LThread {
   bool IsStepping() const;
 
  protected:
-  virtual void StepsBegin() {}      // before the first step, on the stepping thread
+  virtual void StepsBegin() {}  // before the first step, on the stepping thread
   virtual LStepResult Step() = 0;
-  virtual void StepsEnd() {}        // after the last step, on the stepping thread
+  virtual void StepsEnd() {}  // after the last step, on the stepping thread
 
  private:
   friend class LSteps;

@@ -29,7 +29,8 @@ struct TSettingString {
 
 namespace TSettings {
 
-inline constexpr TSettingString kAudioApi{"Settings", "AudioApi", ""};  // "pulse", "alsa", "jack"; empty: the first with a device
+inline constexpr TSettingString kAudioApi{"Settings", "AudioApi",
+                                          ""};  // "pulse", "alsa", "jack"; empty: the first with a device
 inline constexpr TSettingString kSoundOutDevice{"Settings", "SoundOutDevice", ""};
 inline constexpr TSettingString kSoundOutDeviceHeadphone{"Settings", "SoundOutDeviceHeadphone", ""};
 inline constexpr TSettingBool kUseSecondDevice{"Settings", "UseSecondDevice", false};
@@ -55,8 +56,8 @@ inline constexpr TSettingString kRecordingFileName{"Settings", "RecordingFileNam
 inline constexpr TSettingBool kStreamingToRelayo{"Settings", "StreamingToRelayo", false};
 inline constexpr TSettingBool kRecordAndStream{"Settings", "RSBoth", false};
 inline constexpr TSettingInt kAiffChannels{"AIFFEncode", "Channels", 2, 1, 255};
-inline constexpr TSettingInt kAiffSampleRate{"AIFFEncode", "SampleRate", 44100, 1, 196000};  // Hz
-inline constexpr TSettingInt kAiffSampleSize{"AIFFEncode", "SampleSize", 16, 1, 32};         // bits
+inline constexpr TSettingInt kAiffSampleRate{"AIFFEncode", "SampleRate", 44100, 1, 196000};    // Hz
+inline constexpr TSettingInt kAiffSampleSize{"AIFFEncode", "SampleSize", 16, 1, 32};           // bits
 inline constexpr TSettingInt kAiffFormat{"AIFFEncode", "Format", 0, -0x7fffffff, 0x7fffffff};  // 1, 2, 3; others: 0
 
 }  // namespace TSettings

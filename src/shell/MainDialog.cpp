@@ -8,6 +8,7 @@
 #include "foundation/LPlatform.h"
 #include "foundation/LText.h"
 #include "foundation/TSettings.h"
+#include "screens/DJWindowLayout.h"
 #include "shell/TCommandTable.h"
 #include "shell/TFreestDeck.h"
 #include "shell/TMainMenu.h"
@@ -23,7 +24,6 @@ namespace {
 constexpr int kNoDeviceTimer = 34, kPostInitTimer = 36, kDurationTimer = 60, kScreenshotTimer = 61;
 constexpr int kPostInitRetryMs = 200;
 constexpr int kScreenshotAfterMs = 2000;
-constexpr int kPanelGapPx = 5, kMarginPx = 5;
 constexpr int kSpeakingDropDb = 6;  // the music steps back while somebody speaks
 
 }  // namespace
@@ -83,13 +83,17 @@ void MainDialog::LoadTracksOfCommandLine() {
 
 void MainDialog::EvTimer(int id) {
   switch (id) {
-    case kNoDeviceTimer: return ShowNoDeviceAlert();
+    case kNoDeviceTimer:
+      return ShowNoDeviceAlert();
     case kPostInitTimer:
       if (IsEnabled()) return PostInitDialog();
       return TimerSet(kPostInitTimer, kPostInitRetryMs);
-    case kDurationTimer: return EndRun();
-    case kScreenshotTimer: return TakeScreenshot();
-    default: return;
+    case kDurationTimer:
+      return EndRun();
+    case kScreenshotTimer:
+      return TakeScreenshot();
+    default:
+      return;
   }
 }
 
@@ -104,7 +108,8 @@ void MainDialog::EndRun() {
 }
 
 void MainDialog::TakeScreenshot() {
-  if (!Grab(options_.screenshotPath)) Fail("Bildschirmfoto", "Das Bild konnte nicht gespeichert werden: " + options_.screenshotPath);
+  if (!Grab(options_.screenshotPath))
+    Fail("Bildschirmfoto", "Das Bild konnte nicht gespeichert werden: " + options_.screenshotPath);
 }
 
 void MainDialog::DestroyDialog() {
@@ -128,13 +133,11 @@ bool MainDialog::CmCancel() {
 
 void MainDialog::LayoutControls(int w, int h) {
   if (!consoleGui_) return;
-  const int deckWidth = (w - DJConsoleGUI::kPanelWidthPx - 2 * kPanelGapPx - 2 * kMarginPx) / 2;
-  const int height = h - 2 * kMarginPx;
-  const int consoleX = kMarginPx + deckWidth + kPanelGapPx;
-  const int deckBX = consoleX + DJConsoleGUI::kPanelWidthPx + kPanelGapPx;
-  DeckGUI(kDeckA).SetBounds({kMarginPx, kMarginPx, deckWidth, height});
-  consoleGui_->SetBounds({consoleX, kMarginPx, DJConsoleGUI::kPanelWidthPx, height});
-  DeckGUI(kDeckB).SetBounds({deckBX, kMarginPx, w - deckBX - kMarginPx, height});
+  const auto layout = DJWindowLayout::For(w, h);
+  DeckGUI(kDeckA).SetBounds(layout.deckA);
+  consoleGui_->SetBounds(layout.console);
+  DeckGUI(kDeckB).SetBounds(layout.deckB);
+  consoleGui_->CrossFader().SetBounds(layout.crossFader);
 }
 
 // Commands
@@ -280,7 +283,8 @@ DJDeckPosition MainDialog::FindFreestDeck() const {
 bool MainDialog::EvAddDeckMessage(DJDeckPosition deck) {
   if (TSettings::kNotWarnWhilePlaying.Get() || !safeLive_.IsDeckActionUnsafe(deck)) return true;
   LAlert alert("Datei zum Deck hinzufügen",
-               "Derzeit spielt ein Titel. Möchten Sie das Deck anhalten und einen neuen Titel laden?", {"Nein", "Laden"});
+               "Derzeit spielt ein Titel. Möchten Sie das Deck anhalten und einen neuen Titel laden?",
+               {"Nein", "Laden"});
   alert.checkBoxText = "Bitte nicht mehr warnen.";
   alert.escapeButton = 0;
   const bool load = alert.Run(this) == 1;
@@ -372,9 +376,12 @@ void MainDialog::Fail(const std::string& title, const std::string& text) {
 
 void MainDialog::ScriptVolume(const TScriptEvent& event) {
   const LLevel level = int(event.value);
-  if (event.deck != kNoDeck) DeckSlider(event.deck).SetLevel(level);
-  else if (event.target == 1) HeadphoneSlider().SetLevel(level);
-  else MasterSlider().SetLevel(level);
+  if (event.deck != kNoDeck)
+    DeckSlider(event.deck).SetLevel(level);
+  else if (event.target == 1)
+    HeadphoneSlider().SetLevel(level);
+  else
+    MasterSlider().SetLevel(level);
 }
 
 void MainDialog::ScriptSeek(DJDeckPosition deck, double seconds) {

@@ -67,7 +67,8 @@ constexpr OptionRow kOptions[] = {
 };
 
 const OptionRow* Find(const std::string& name) {
-  const auto* row = std::find_if(std::begin(kOptions), std::end(kOptions), [&](const auto& r) { return name == r.name; });
+  const auto* row =
+      std::find_if(std::begin(kOptions), std::end(kOptions), [&](const auto& r) { return name == r.name; });
   return row == std::end(kOptions) ? nullptr : row;
 }
 

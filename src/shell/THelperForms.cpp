@@ -26,7 +26,7 @@ std::optional<int> RunHelperForm(const std::vector<std::string>& arguments) {
     RunAndWait(arguments[1]);
     return 0;
   }
-  if (arguments.size() > 1 && arguments[0] == "-elevated") return 1;   // nothing here ever elevates
-  if (!arguments.empty() && arguments[0] == "-installer") return 1;    // there is none
+  if (arguments.size() > 1 && arguments[0] == "-elevated") return 1;  // nothing here ever elevates
+  if (!arguments.empty() && arguments[0] == "-installer") return 1;   // there is none
   return std::nullopt;
 }

@@ -1,6 +1,5 @@
 #include "shell/TRecordCommands.h"
 
-
 #include "audiofile/LRecordingRepair.h"
 #include "console/DJConsole.h"
 #include "foundation/LFile.h"

@@ -21,8 +21,9 @@ class TRecordCommands final : private LTimerHandler {
   TRecordCommands(DJConsole& console, TRecordCommandsHost& host)
       : console_(console), host_(host), connection_(console) {}
 
-  void PrepareFolder();  // the default folder, made if it is missing; unfinished recordings in it get their final header
-  void CmRecord();       // on or off
+  void
+  PrepareFolder();  // the default folder, made if it is missing; unfinished recordings in it get their final header
+  void CmRecord();  // on or off
   bool StartTo(const std::string& path);
   void Shutdown();
 

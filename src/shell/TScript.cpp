@@ -88,7 +88,8 @@ bool ParseLine(std::string_view line, TScriptEvent& event, std::string& error) {
   };
   const std::string_view time = TakeWord(line);
   const auto seconds = LText::ToDouble(time);
-  if (!seconds || *seconds < 0) return fail(LText::Format("\"%s\" ist keine Zeit in Sekunden.", std::string(time).c_str()));
+  if (!seconds || *seconds < 0)
+    return fail(LText::Format("\"%s\" ist keine Zeit in Sekunden.", std::string(time).c_str()));
   event.seconds = *seconds;
   const std::string_view name = TakeWord(line);
   for (const VerbRow& row : kVerbs) {

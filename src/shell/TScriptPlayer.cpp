@@ -30,12 +30,19 @@ void TScriptPlayer::EvTimer(int) {
 
 void TScriptPlayer::Run(const TScriptEvent& event) {
   switch (event.verb) {
-    case TScriptEvent::Load: return host_.ScriptLoad(event.deck, event.path);
-    case TScriptEvent::Command: return host_.ScriptCommand(event.target);
-    case TScriptEvent::Crossfade: return host_.ScriptCrossfade(int(std::lround(event.value)));
-    case TScriptEvent::Volume: return host_.ScriptVolume(event);
-    case TScriptEvent::Seek: return host_.ScriptSeek(event.deck, event.value);
-    case TScriptEvent::State: return host_.ScriptState(event.path);
-    case TScriptEvent::Quit: return;
+    case TScriptEvent::Load:
+      return host_.ScriptLoad(event.deck, event.path);
+    case TScriptEvent::Command:
+      return host_.ScriptCommand(event.target);
+    case TScriptEvent::Crossfade:
+      return host_.ScriptCrossfade(int(std::lround(event.value)));
+    case TScriptEvent::Volume:
+      return host_.ScriptVolume(event);
+    case TScriptEvent::Seek:
+      return host_.ScriptSeek(event.deck, event.value);
+    case TScriptEvent::State:
+      return host_.ScriptState(event.path);
+    case TScriptEvent::Quit:
+      return;
   }
 }

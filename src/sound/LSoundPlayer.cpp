@@ -39,7 +39,7 @@ bool LSoundPlayerTemplate<Device>::Start(LSoundSource& source, unsigned short fl
   if (wasActive && target_) target_->spntfStop(id_);
   if (!source.IsOk()) return false;
   chain_ = Wrap(source);
-  if (!device_.Init(chain_, flags) || !StartSteps(kPriorityWorking)) {
+  if (!device_.Init(chain_, flags) || !StartRefill()) {
     chain_.Close();
     device_.Stop();
     return false;
@@ -50,6 +50,13 @@ bool LSoundPlayerTemplate<Device>::Start(LSoundSource& source, unsigned short fl
   }
   if (target_) target_->spntfPlay(id_);
   return true;
+}
+
+// "Runs" stays signalled when the thread ends: a short source may have been read to its end before the device starts.
+template <class Device>
+bool LSoundPlayerTemplate<Device>::StartRefill() {
+  running_.Reset();
+  return StartSteps(kPriorityWorking);
 }
 
 template <class Device>
@@ -71,7 +78,7 @@ void LSoundPlayerTemplate<Device>::Pause() {
 
 template <class Device>
 bool LSoundPlayerTemplate<Device>::Resume() {
-  if (!IsStepping() && !StartSteps(kPriorityWorking)) return false;
+  if (!IsStepping() && !StartRefill()) return false;
   if (!device_.Play()) return false;
   if (target_) target_->spntfPlay(id_);
   return true;
@@ -148,7 +155,6 @@ LStepResult LSoundPlayerTemplate<Device>::StepAtEnd() {
 
 template <class Device>
 void LSoundPlayerTemplate<Device>::StepsEnd() {
-  running_.Reset();
   doneHandler_->StopSteps();  // the object stays: the two threads hand priority to each other
 }
 

@@ -64,12 +64,13 @@ class LSoundPlayerTemplate final : public LStepThread, public LThreadQueuedNotif
   void NotifyEnded();
   void NotifyReport();
   LSoundSource Wrap(LSoundSource& source);
+  bool StartRefill();
   void GivePriorityToRefill();
   void GivePriorityToDoneHandler();
 
   LSoundPlayerNotify* target_ = nullptr;
   long id_ = 0;
-  LSignalObject running_;     // the refill thread runs
+  LSignalObject running_;     // the refill thread has come up since StartRefill
   LSignalObject wakeRefill_;
   Device device_{running_.Ref()};
   LCrossFadeSource crossFade_;

@@ -98,7 +98,7 @@ void LSoundPlayerLLCA::SetDevice(const LSoundPlayDevice& device) {
   {
     std::lock_guard lock(renderLock_);
     device_ = device;
-    MapChannels();
+    if (source_.IsOk()) MapChannels();  // else when a source tells its channels
   }
   if (!otherDevice) return;
   CloseStream();
@@ -148,15 +148,16 @@ int LSoundPlayerLLCA::GetLagToWriteCursor() const {
   std::lock_guard lock(renderLock_);
   const int lead = ring_.LeadFrames();
   if (!IsPlaying()) return lead > 0 ? 0 : -lead;
-  // During an exchange the mark counts, not the lead: fill and mark shrink together as the device goes on taking.
-  return std::max(ring_.FilledFrames() - (resync_ ? keptFrames_ : lead), 0);
+  if (!resync_) return std::max(ring_.FilledFrames() - lead, 0);
+  // During an exchange what lay behind the mark at its start: fill and mark shrink together as the device goes on taking.
+  return ring_.FilledFrames() + overrunFrames_ - keptFrames_;
 }
 
 LLevels LSoundPlayerLLCA::GetLevels() const {
   LLevels levels;
   levels.channels = static_cast<unsigned char>(std::max({device_.left, device_.right, 1}) + 1);
-  levels.levels[std::size_t(device_.left)] = LLevel(levelLeft_.load());
   levels.levels[std::size_t(device_.right)] = LLevel(levelRight_.load());
+  levels.levels[std::size_t(device_.left)] = LLevel(levelLeft_.load());  // last: a mono source knows no right level
   return levels;
 }
 

@@ -14,10 +14,9 @@ constexpr int kLowestRate = 8000;
 
 LSoundRecLLCA::OpenResult LSoundRecLLCA::Open(int sampleRate, int channels) {
   Close();
-  const auto devices = LSoundRecordDevice::GetSoundRecordDeviceList();
-  if (devices.empty() || device_.index > int(devices.size())) return OpenResult::Failed;
-
-  deviceName_ = devices[std::size_t(std::max(device_.index, 1)) - 1].name;
+  const LSoundDeviceInfo info = device_.Info();
+  if (info.channels < 1) return OpenResult::Failed;
+  deviceName_ = info.name;
 
   LSoundStreamFormat format;
   format.sampleRate = sampleRate;
@@ -39,7 +38,7 @@ LSoundRecLLCA::OpenResult LSoundRecLLCA::Open(int sampleRate, int channels) {
     stream_.reset();
     return OpenResult::OtherRate;
   }
-  copyFirst_ = channels > 1 && !device_.hasSeveralChannels;
+  copyFirst_ = channels > 1 && (info.channels < 2 || !device_.hasSeveralChannels);
   return OpenResult::Ok;
 }
 

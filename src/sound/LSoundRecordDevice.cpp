@@ -1,5 +1,6 @@
 #include "sound/LSoundRecordDevice.h"
 
+#include <algorithm>
 #include <map>
 #include <mutex>
 
@@ -18,19 +19,27 @@ std::vector<LSoundDeviceInfo> LSoundRecordDevice::GetSoundRecordDeviceList() {
   return LPlatform::SoundBackend().InputDevices();
 }
 
+LSoundDeviceInfo LSoundRecordDevice::Info() const {
+  const std::vector<LSoundDeviceInfo> devices = GetSoundRecordDeviceList();
+  if (index > 0) return index <= int(devices.size()) ? devices[std::size_t(index) - 1] : LSoundDeviceInfo{};
+  const auto found = std::find_if(devices.begin(), devices.end(), [](const auto& device) { return device.isDefault; });
+  if (found != devices.end()) return *found;
+  return devices.empty() ? LSoundDeviceInfo{} : devices.front();
+}
+
 int LSoundRecordDevice::GetListDeviceCount() { return int(GetSoundRecordDeviceList().size()); }
 
 LSoundRecordDevice LSoundRecordDevice::GetDefaultSoundRecordDevice() {
   LSoundRecordDevice device;
-  for (const LSoundDeviceInfo& info : GetSoundRecordDeviceList())
-    if (info.isDefault) device.hasSeveralChannels = info.channels > 1;
+  device.hasSeveralChannels = device.Info().channels != 1;
   return device;
 }
 
 std::vector<std::string> LSoundRecordDevice::GetSoundRecordDeviceChannelsById(int index) {
-  const std::vector<LSoundDeviceInfo> devices = GetSoundRecordDeviceList();
-  if (index < 1 || index > int(devices.size())) return DefaultChannelNames(2);
-  const LSoundDeviceInfo& info = devices[std::size_t(index) - 1];
+  LSoundRecordDevice device;
+  device.index = index;
+  const LSoundDeviceInfo info = device.Info();
+  if (info.channels < 1) return DefaultChannelNames(2);
   return info.channelNames.empty() ? DefaultChannelNames(info.channels) : info.channelNames;
 }
 

@@ -15,6 +15,8 @@ struct LSoundRecordDevice {
 
   int BackendIndex() const { return index <= 0 ? kDefaultDevice : index - 1; }
 
+  LSoundDeviceInfo Info() const;  // of no channels if there is no such device
+
   static std::vector<LSoundDeviceInfo> GetSoundRecordDeviceList();
   static int GetListDeviceCount();
   static LSoundRecordDevice GetDefaultSoundRecordDevice();

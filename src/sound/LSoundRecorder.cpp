@@ -98,6 +98,16 @@ void LSoundRecorderTemplate<Device>::StepsBegin() {
   block_.assign(std::size_t(device_.BlockFrames()) * sink_.GetChannels(), 0);
   previous_ = block_;
   if (flags_ & kRecorderHoldUntilResume) started_.Signal();
+  else StartDevice();
+}
+
+template <class Device>
+void LSoundRecorderTemplate<Device>::StartDevice() {
+  SetPriority(kPriorityRecording);
+  deviceRuns_ = device_.StartDevice();
+  if (!deviceRuns_) mode_ = Idle;
+  lastBlockMs_ = LPlatform::Clock().NowMs();
+  started_.Signal();
 }
 
 template <class Device>
@@ -105,11 +115,7 @@ LStepResult LSoundRecorderTemplate<Device>::Step() {
   if (mode_ == Idle) return LStepResult::End();
   if (!deviceRuns_) {
     if (!resume_.IsSignaled()) return LStepResult::WaitFor(resume_, kWaitForever);
-    SetPriority(kPriorityRecording);
-    deviceRuns_ = device_.StartDevice();
-    if (!deviceRuns_) mode_ = Idle;
-    lastBlockMs_ = LPlatform::Clock().NowMs();
-    started_.Signal();
+    StartDevice();
     return LStepResult::GoOn();
   }
   device_.Filled().Reset();

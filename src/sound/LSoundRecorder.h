@@ -44,6 +44,7 @@ class LSoundRecorderTemplate final : public LStepThread, public LThreadQueuedNot
   void StepsEnd() override;
   void EvNotify() override;
   bool OpenDevice();
+  void StartDevice();
   bool TakeBlock();  // the next filled block, converted and gained, into block_
   void HandleBlock();
   void WaitForSound(LLevel loudest);

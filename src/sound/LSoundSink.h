@@ -48,8 +48,8 @@ class LSoundSink {
   LSoundSink() : LSoundSink(new LSoundSinkError) {}
   explicit LSoundSink(LSoundSinkBase* sink) : sink_(sink) { ++sink_->references_; }  // takes ownership
   LSoundSink(const LSoundSink& other) : LSoundSink(other.sink_) {}
-  LSoundSink& operator=(const LSoundSink& other) {
-    ++other.sink_->references_;
+  LSoundSink& operator=(const LSoundSink& other) {  // NOLINT(bugprone-unhandled-self-assignment)
+    ++other.sink_->references_;  // first, so that self-assignment is safe
     Drop();
     sink_ = other.sink_;
     return *this;

@@ -27,6 +27,12 @@ void LSplitter::EndSharedSeek() {
   const int mainWants = main_->EndDeferredSeek(), headphoneWants = headphone_->EndDeferredSeek();
   const int target = std::min(mainWants, headphoneWants);
   main_->Seek(target);
+  headphone_->ForgetSkip();  // counted in what it wanted
   main_->SkipFrames(mainWants - target);
   headphone_->SkipFrames(headphoneWants - target);
+}
+
+void LSplitter::EndSharedSkip() {
+  for (LSplitterPrimarySource* half : {main_, static_cast<LSplitterPrimarySource*>(headphone_)})
+    half->SkipFrames(half->EndDeferredSeek() - half->GetPositionSample());
 }

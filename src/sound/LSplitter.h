@@ -17,6 +17,7 @@ class LSplitter {
   // place, and the other half leaves out the difference.
   void BeginSharedSeek();
   void EndSharedSeek();
+  void EndSharedSkip();  // the same where the halves only move on: each leaves out its part, the mix stays
 
  private:
   LSplitterRing mainRing_, headphoneRing_;

@@ -120,3 +120,8 @@ void LSplitterPrimarySource::SkipFrames(int frames) {
   std::lock_guard lock(mutex_);
   skipFrames_ += std::max(frames, 0);
 }
+
+void LSplitterPrimarySource::ForgetSkip() {
+  std::lock_guard lock(mutex_);
+  skipFrames_ = 0;
+}

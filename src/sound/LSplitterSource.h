@@ -44,6 +44,7 @@ class LSplitterPrimarySource : public LSoundSourceBase {
 
   // This half leaves out its next frames: after a common seek, where it had played on further than the other.
   void SkipFrames(int frames);
+  void ForgetSkip();
 
   // Until EndDeferredSeek a seek is only remembered; that tells the place, or where the half stands if none came.
   void DeferSeek();

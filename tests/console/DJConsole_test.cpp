@@ -56,8 +56,10 @@ TEST(DJConsole, CrossfaderAndLevelsFollowTheirLaws) {
     const auto left = rig.Heard();
     const double rms = Rms(left, left.size() - kDeckRate / 10, kDeckRate / 10);
     const LLevel level = CrossFadeLevel(CrossFadePercent(kDeckA, c.position)) + LLevel(c.deckDb) + LLevel(c.masterDb);
-    if (level.IsMuted()) EXPECT_EQ(rms, 0);
-    else EXPECT_NEAR(20 * std::log10(rms / (kAmplitude / std::sqrt(2))), level.Get(), 0.01) << c.position;
+    if (level.IsMuted())
+      EXPECT_EQ(rms, 0);
+    else
+      EXPECT_NEAR(20 * std::log10(rms / (kAmplitude / std::sqrt(2))), level.Get(), 0.01) << c.position;
   }
 }
 
@@ -71,7 +73,8 @@ TEST(DJConsole, AVolumeChangeIsHeardWithinTheDevicesReachAndWithoutAClick) {
   rig.Deck(kDeckA).SetVolume(-48);
   rig.RunMs(300);
   const auto left = rig.Heard();
-  // Timer (30 ms) and what the device is about to take (4 slices), then a fade over one block of a thirtieth of a second.
+  // Timer (30 ms) and what the device is about to take (4 slices), then a fade over one block of a thirtieth of a
+  // second.
   const std::size_t latest = changedAt + std::size_t(kDeckRate * 30 / 1000 + 4 * 512 + 512 + kDeckRate / 30);
   EXPECT_LT(Rms(left, latest, 4410), kAmplitude / 100);
   const double ownStep = kAmplitude * 2 * M_PI * 100 / kDeckRate, fadeStep = double(kAmplitude) / (kDeckRate / 30.0);

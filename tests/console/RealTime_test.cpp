@@ -63,13 +63,26 @@ TEST_F(RealTime, EverythingAtOnceWhileRecording) {
   for (std::size_t i = 0; i + 3 < random.size(); i += 4) {
     DJDeck& deck = Deck(random[i] & 1);
     switch (std::abs(random[i + 1]) % 7) {
-      case 0: deck.Play(); break;
-      case 1: deck.Stop(); break;
-      case 2: console->SetCrossFadePosition(std::abs(random[i + 2]) % 101); break;
-      case 3: deck.SetVolume(-(std::abs(random[i + 2]) % 40)); break;
-      case 4: console->CmSeek(std::abs(random[i + 2]) * 800, deck); break;
-      case 5: deck.SetHeadphoneMode(!deck.IsHeadphoneOn()); break;
-      default: console->SetVolume(-(std::abs(random[i + 2]) % 10), 0);
+      case 0:
+        deck.Play();
+        break;
+      case 1:
+        deck.Stop();
+        break;
+      case 2:
+        console->SetCrossFadePosition(std::abs(random[i + 2]) % 101);
+        break;
+      case 3:
+        deck.SetVolume(-(std::abs(random[i + 2]) % 40));
+        break;
+      case 4:
+        console->CmSeek(std::abs(random[i + 2]) * 800, deck);
+        break;
+      case 5:
+        deck.SetHeadphoneMode(!deck.IsHeadphoneOn());
+        break;
+      default:
+        console->SetVolume(-(std::abs(random[i + 2]) % 10), 0);
     }
     Wait(std::abs(random[i + 3]) % 25);
   }

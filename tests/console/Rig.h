@@ -41,7 +41,8 @@ struct ConsoleRig {
   // What one channel of the main device heard, on the sample scale.
   std::vector<int> Heard(int channel = 0) const {
     std::vector<int> samples;
-    for (std::size_t i = std::size_t(channel); i < heard.size(); i += std::size_t(heardChannels)) samples.push_back(heard[i] >> 12);
+    for (std::size_t i = std::size_t(channel); i < heard.size(); i += std::size_t(heardChannels))
+      samples.push_back(heard[i] >> 12);
     return samples;
   }
 

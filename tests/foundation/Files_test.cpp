@@ -6,6 +6,7 @@
 #include "foundation/LFile.h"
 #include "foundation/LFolders.h"
 #include "foundation/LPreferences.h"
+#include "foundation/LStartUp.h"
 #include "foundation/LText.h"
 #include "foundation/TSettings.h"
 #include "support/LTestPlatform.h"
@@ -15,9 +16,12 @@ namespace {
 TEST(LFile, TakesPathsApart) {
   const struct {
     const char *path, *folder, *title, *extension;
-  } kCases[] = {{"/a/b.c/song.tar.wav", "/a/b.c", "song.tar", ".wav"}, {"song", "", "song", ""},
-                {"/song.mp3", "/", "song", ".mp3"},                     {"/x/.hidden", "/x", ".hidden", ""},
-                {"/x/", "/x", "", ""},                                  {"a.b/c", "a.b", "c", ""}};
+  } kCases[] = {{"/a/b.c/song.tar.wav", "/a/b.c", "song.tar", ".wav"},
+                {"song", "", "song", ""},
+                {"/song.mp3", "/", "song", ".mp3"},
+                {"/x/.hidden", "/x", ".hidden", ""},
+                {"/x/", "/x", "", ""},
+                {"a.b/c", "a.b", "c", ""}};
   for (const auto& c : kCases) {
     EXPECT_EQ(LFile::FolderFromPath(c.path), c.folder) << c.path;
     EXPECT_EQ(LFile::TitleFromPath(c.path), c.title) << c.path;
@@ -63,13 +67,32 @@ TEST(LFile, ALockOfAnotherHolderIsSeen) {
 TEST(LFolders, OneDataFolderHoldsEverythingAndIsPrivate) {
   LTestPlatform platform;
   const LFolders folders(platform.TempPath("data"));
-  for (const std::string& folder : {folders.GetUserDataFolderApp(), folders.GetTempFolder(), folders.GetSharedDataFolderApp(),
-                                    folders.GetMusicFolder(), folders.GetUserDataFolderAppSubFolder("Library")}) {
+  for (const std::string& folder :
+       {folders.GetUserDataFolderApp(), folders.GetTempFolder(), folders.GetSharedDataFolderApp(),
+        folders.GetMusicFolder(), folders.GetUserDataFolderAppSubFolder("Library")}) {
     struct stat info {};
     ASSERT_EQ(::stat(folder.c_str(), &info), 0) << folder;
     EXPECT_EQ(info.st_mode & 0777, 0700u) << folder;
     EXPECT_EQ(folder.rfind(platform.folder, 0), 0u);
   }
+}
+
+TEST(StartUp, TakesOverTheOldSharedFolderOnce) {
+  LTestPlatform platform;
+  ::setenv("XDG_DATA_DIRS", (platform.TempPath("system") + ":/usr/share").c_str(), 1);
+  ::setenv("XDG_DATA_HOME", platform.TempPath("home").c_str(), 1);
+  const LFolders folders;
+  const std::string old = folders.GetOldSharedDataFolderAppWithNoCreation();
+  ASSERT_TRUE(LFile::CreateFolder(old, 0755));
+  ASSERT_TRUE(LFile::WriteReplacing(LFile::MakePath(old, "SharedSettings.xml"), "first"));
+  LFileMigrateSharedSettings(folders);
+  const std::string now = LFile::MakePath(folders.GetSharedDataFolderApp(), "SharedSettings.xml");
+  EXPECT_EQ(LFile::ReadAll(now), "first");
+  LFile::WriteReplacing(LFile::MakePath(old, "SharedSettings.xml"), "second");
+  LFileMigrateSharedSettings(folders);
+  EXPECT_EQ(LFile::ReadAll(now), "first");
+  ::unsetenv("XDG_DATA_DIRS");
+  ::unsetenv("XDG_DATA_HOME");
 }
 
 TEST(Settings, ReadTheirDefaultsAndTheirFirstCharacter) {

@@ -1,6 +1,9 @@
 #include "shell/MainDialog.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
 
 #include "ShellRig.h"
 #include "foundation/LFile.h"
@@ -64,7 +67,8 @@ TEST(MainDialog, ABadFileLeavesTheDeckAndTheProgramAsTheyAre) {
   LFile::WriteReplacing(rig.platform.TempPath("text.wav"), std::string(5000, 'x'));
   LFile::WriteReplacing(rig.platform.TempPath("cover.jpg"), "image");
   const std::string script = LText::Format(
-      "0 load A %s\n0.1 command Play/Pause A\n0.5 load A %s/missing.wav\n0.6 load A %s/empty.wav\n0.7 load A %s/text.wav\n"
+      "0 load A %s\n0.1 command Play/Pause A\n0.5 load A %s/missing.wav\n0.6 load A %s/empty.wav\n0.7 load A "
+      "%s/text.wav\n"
       "0.8 load A %s/cover.jpg\n0.9 load A %s\n1 state %s/state.json\n1.5 quit\n",
       good.c_str(), rig.platform.folder.c_str(), rig.platform.folder.c_str(), rig.platform.folder.c_str(),
       rig.platform.folder.c_str(), rig.platform.folder.c_str(), rig.platform.folder.c_str());
@@ -86,12 +90,14 @@ TEST(MainDialog, SafeLiveRefusesWhatWouldCutTheSoundOff) {
           "\n0.1 command Play/Pause A\n0.2 command Safe Live Mode\n"
           "1 command Play/Pause A\n"  // it is heard: refused
           "1.2 crossfade 80\n"        // towards a deck that does not play: refused
-          "1.4 command Clear Deck A\n1.6 state " + rig.platform.TempPath("s1.json") +
-          "\n2 command Safe Live Mode\n2.2 crossfade 80\n2.4 state " + rig.platform.TempPath("s2.json") + "\n2.6 quit\n");
+          "1.4 command Clear Deck A\n1.6 state " +
+          rig.platform.TempPath("s1.json") + "\n2 command Safe Live Mode\n2.2 crossfade 80\n2.4 state " +
+          rig.platform.TempPath("s2.json") + "\n2.6 quit\n");
   const std::string refused = LFile::ReadAll(rig.platform.TempPath("s1.json")).value_or("");
   EXPECT_NE(refused.find("\"playing\": true"), std::string::npos);
   EXPECT_NE(refused.find("\"crossfader\": 50"), std::string::npos);
-  EXPECT_NE(LFile::ReadAll(rig.platform.TempPath("s2.json")).value_or("").find("\"crossfader\": 80"), std::string::npos);
+  EXPECT_NE(LFile::ReadAll(rig.platform.TempPath("s2.json")).value_or("").find("\"crossfader\": 80"),
+            std::string::npos);
   EXPECT_TRUE(rig.Logged("Abgesicherter Live-Modus ist derzeit aktiviert."));
 }
 
@@ -108,8 +114,10 @@ TEST(MainDialog, LevelsFollowTheLawsWithinOneStep) {
   const double full = Rms(rig.heard, 0.5, 0.4);
   for (int i = 0; i < 4; ++i) {
     const double rms = Rms(rig.heard, 2 + 2 * i, 0.5);
-    if (kCases[i].db < -100) EXPECT_EQ(rms, 0);
-    else EXPECT_NEAR(20 * std::log10(rms / full), kCases[i].db, 0.01);
+    if (kCases[i].db < -100)
+      EXPECT_EQ(rms, 0);
+    else
+      EXPECT_NEAR(20 * std::log10(rms / full), kCases[i].db, 0.01);
   }
 }
 
@@ -121,15 +129,37 @@ TEST(MainDialog, ATrackThatEndsStopsItsDeckAndPlaysAgainFromTheStart) {
   const std::string ended = LFile::ReadAll(rig.platform.TempPath("ended.json")).value_or("");
   EXPECT_NE(ended.find("\"playing\": false"), std::string::npos);
   EXPECT_NE(ended.find("\"position_frames\": 44100"), std::string::npos);
-  EXPECT_NE(LFile::ReadAll(rig.platform.TempPath("again.json")).value_or("").find("\"playing\": true"), std::string::npos);
+  EXPECT_NE(LFile::ReadAll(rig.platform.TempPath("again.json")).value_or("").find("\"playing\": true"),
+            std::string::npos);
+}
+
+TEST(MainDialog, AFullDiskEndsTheRecordingWithAMessageAndTheMixPlaysOn) {
+  ShellRig rig;
+  const std::string a = rig.Track("a.wav", 440, 30);
+  TStartOptions options;
+  options.recordPath = rig.platform.TempPath("mix.wav");
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+  const rlimit small{1 << 20, before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+  const bool good = rig.Run("0 load A " + a + "\n0 command Play/Pause A\n15 quit\n", options);
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_FALSE(good);
+  EXPECT_TRUE(rig.Logged("Aufnahme fehlgeschlagen: " + options.recordPath));
+  EXPECT_GT(Rms(rig.heard, 14, 0.5), 100000);
+  LSoundSource recorded = LWaveFile::OpenSource(options.recordPath);
+  EXPECT_TRUE(recorded.IsOk());
+  EXPECT_NEAR(recorded.GetEndSample(), (1 << 20) / 4, 8192);  // up to the last whole block
 }
 
 // Commands, loads and seeks in no sensible order: nothing may break, and what was taken is given back.
 TEST(MainDialog, TenThousandRandomActionsAndAThousandLoads) {
   ShellRig rig;
-  const std::string paths[] = {rig.Track("a.wav", 440, 3), rig.Track("b.wav", 660, 0.2), rig.platform.TempPath("missing.wav")};
-  const int kIds[] = {1433, 1434, 1503, 1504, 1509, 1510, 1521, 1522, 1527, 1528, 1563, 1564, 1567, 1568, 1569,
-                      1570, 1571, 1576, 1577, 1582, 1583, 1584, 1585, 1374, 1375, 1376};
+  const std::string paths[] = {rig.Track("a.wav", 440, 3), rig.Track("b.wav", 660, 0.2),
+                               rig.platform.TempPath("missing.wav")};
+  const int kIds[] = {1433, 1434, 1503, 1504, 1509, 1510, 1521, 1522, 1527, 1528, 1563, 1564, 1567,
+                      1568, 1569, 1570, 1571, 1576, 1577, 1582, 1583, 1584, 1585, 1374, 1375, 1376};
   std::string script;
   unsigned seed = 7;
   const auto next = [&](unsigned n) {
@@ -140,11 +170,20 @@ TEST(MainDialog, TenThousandRandomActionsAndAThousandLoads) {
   for (int i = 0; i < 10000; ++i, at += 0.004) {
     const char deck = char('A' + next(2));
     switch (next(10)) {
-      case 0: script += LText::Format("%.3f load %c %s\n", at, deck, paths[next(3)].c_str()); break;
-      case 1: script += LText::Format("%.3f seek %c %.2f\n", at, deck, next(400) / 100.0); break;
-      case 2: script += LText::Format("%.3f crossfade %u\n", at, next(101)); break;
-      case 3: script += LText::Format("%.3f volume %c %d\n", at, deck, int(next(60)) - 50); break;
-      default: script += LText::Format("%.3f command %d\n", at, kIds[next(std::size(kIds))]);
+      case 0:
+        script += LText::Format("%.3f load %c %s\n", at, deck, paths[next(3)].c_str());
+        break;
+      case 1:
+        script += LText::Format("%.3f seek %c %.2f\n", at, deck, next(400) / 100.0);
+        break;
+      case 2:
+        script += LText::Format("%.3f crossfade %u\n", at, next(101));
+        break;
+      case 3:
+        script += LText::Format("%.3f volume %c %d\n", at, deck, int(next(60)) - 50);
+        break;
+      default:
+        script += LText::Format("%.3f command %d\n", at, kIds[next(std::size(kIds))]);
     }
   }
   rig.heard.reserve(1 << 22);

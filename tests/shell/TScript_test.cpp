@@ -36,7 +36,8 @@ TEST(TScript, RefusesTheFirstWrongLineByItsNumber) {
 
 TEST(TScript, SortsByTimeAndKeepsNamesWithBlanksWhole) {
   std::string error;
-  const TScript script = TScript::Parse("5 quit\r\n1.5 load b  /music/Zwei Namen, ein Lied.wav \r\n1.5 volume phones -6\n", error);
+  const TScript script =
+      TScript::Parse("5 quit\r\n1.5 load b  /music/Zwei Namen, ein Lied.wav \r\n1.5 volume phones -6\n", error);
   ASSERT_EQ(error, "");
   ASSERT_EQ(script.events.size(), 3u);
   EXPECT_EQ(script.events[0].path, "/music/Zwei Namen, ein Lied.wav");
@@ -53,9 +54,16 @@ TEST(TCommandLine, ReadsOptionsAndRefusesWrongUsage) {
   EXPECT_TRUE(options.offline && options.headless);
   EXPECT_EQ(*options.durationSeconds, 12.5);
   EXPECT_EQ(options.tracks, std::vector<std::string>{"a.wav"});
-  for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{
-           {"--nonsense"}, {"--record"}, {"--record", "mix.mp4"}, {"--duration", "soon"}, {"--duration", "-1"},
-           {"--offline"}, {"a", "b", "c"}, {"--demo", "a.wav"}, {"--headless", "--screenshot", "x.png"}}) {
+  for (const std::vector<std::string>& wrong :
+       std::vector<std::vector<std::string>>{{"--nonsense"},
+                                             {"--record"},
+                                             {"--record", "mix.mp4"},
+                                             {"--duration", "soon"},
+                                             {"--duration", "-1"},
+                                             {"--offline"},
+                                             {"a", "b", "c"},
+                                             {"--demo", "a.wav"},
+                                             {"--headless", "--screenshot", "x.png"}}) {
     TCommandLine::Parse(wrong, error);
     EXPECT_NE(error, "") << wrong.front();
   }

@@ -17,7 +17,8 @@ int main(int argc, char** argv) {
   std::strncpy(address.sun_path, argv[1], sizeof address.sun_path - 1);
   ::unlink(argv[1]);
   const int listener = ::socket(AF_UNIX, SOCK_STREAM, 0);
-  if (::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 || ::listen(listener, 1) != 0) return 1;
+  if (::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 || ::listen(listener, 1) != 0)
+    return 1;
   const int client = ::accept(listener, nullptr, nullptr);
   if (client < 0) return 1;
   if (mode == "stall") {

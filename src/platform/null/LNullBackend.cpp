@@ -34,8 +34,10 @@ class NullOutput final : public LSoundOutputStream, private LThread {
       renderer_.RenderData(block_.data(), format_.sliceFrames, format_.channels);
       frames += std::uint64_t(format_.sliceFrames);
       const std::uint64_t dueUs = startUs + frameUs(frames), nowUs = clock.NowUs();
-      if (nowUs > dueUs + kMaxBehindUs) startUs = nowUs - frameUs(frames);
-      else if (dueUs > nowUs) ProcessWait(unsigned((dueUs - nowUs + 999) / 1000));
+      if (nowUs > dueUs + kMaxBehindUs)
+        startUs = nowUs - frameUs(frames);
+      else if (dueUs > nowUs)
+        ProcessWait(unsigned((dueUs - nowUs + 999) / 1000));
     }
   }
 

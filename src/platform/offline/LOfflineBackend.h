@@ -1,7 +1,5 @@
-// Sound devices without a machine: whoever runs the program asks for slices, and may keep what was rendered. The input is
-// fed from a source, a file for instance.
-// Units    frames
-// Threads  [main]; rendering takes the device's role.
+// Sound devices without a machine: whoever runs the program asks for slices, and may keep what was rendered. The input
+// is fed from a source, a file for instance. Units    frames Threads  [main]; rendering takes the device's role.
 #pragma once
 #include <functional>
 #include <vector>
@@ -16,9 +14,9 @@ class LOfflineBackend final : public LSoundBackend {
   explicit LOfflineBackend(int deviceChannels = 4, int deviceCount = 2)
       : deviceChannels_(deviceChannels), deviceCount_(deviceCount) {}
 
-  void SetCapture(int device, Capture capture);     // every rendered slice of that device
+  void SetCapture(int device, Capture capture);  // every rendered slice of that device
   void SetInput(const LSoundSource& source) { input_ = source; }
-  void RenderSlice(int frames);                     // every running stream, in the order opened
+  void RenderSlice(int frames);  // every running stream, in the order opened
 
   std::string Name() const override { return "offline"; }
   std::vector<LSoundDeviceInfo> OutputDevices() override;

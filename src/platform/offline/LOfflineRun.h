@@ -1,7 +1,6 @@
-// Drives the whole program faster than real time: due timers and notifications, the steps of all step threads until each
-// waits, one rendered slice, and the clock moves on by exactly that slice. A run depends on its input alone.
-// Units    frames of 44100 Hz; one slice is kWantedSliceFrames.
-// Threads  [main]
+// Drives the whole program faster than real time: due timers and notifications, the steps of all step threads until
+// each waits, one rendered slice, and the clock moves on by exactly that slice. A run depends on its input alone. Units
+// frames of 44100 Hz; one slice is kWantedSliceFrames. Threads  [main]
 #pragma once
 #include "foundation/LClock.h"
 #include "foundation/LMainLoop.h"
@@ -16,7 +15,7 @@ class LOfflineRun {
   void RunSlice();
   void RunFrames(long frames);  // rounded up to slices
   void RunMs(long ms) { RunFrames(ms * 441 / 10); }
-  void RunUntilQuit();          // until the loop has been quit
+  void RunUntilQuit();  // until the loop has been quit
   long Frames() const { return frames_; }
 
  private:

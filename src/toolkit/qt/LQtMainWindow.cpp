@@ -62,6 +62,7 @@ LQtMainWindow::LQtMainWindow(LMainWindow& window)
   Frame()->setCentralWidget(content_);
   status_ = new QLabel;
   status_->setTextFormat(Qt::PlainText);
+  status_->setContentsMargins(8, 0, 0, 0);
   Frame()->statusBar()->addWidget(status_);  // a message of the bar would go when a menu opens
 }
 
