@@ -47,7 +47,6 @@ function(tavi_test name folder)
   add_executable(test_${name} ${sources})
   target_link_libraries(test_${name} PRIVATE ${ARGN} tavi_test_support GTest::gtest GTest::gmock)
   target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-  target_compile_definitions(test_${name} PRIVATE TAVI_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
   gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT 300)
 endfunction()

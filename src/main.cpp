@@ -140,7 +140,7 @@ int RunRealTime(Run& run, bool window) {
   LFolders folders(run.options.dataFolder);
   LMemoryPreferences preferences;
   LLinuxPriorities priorities;
-  const auto backend = ChooseSoundBackend(run.options.device);
+  const auto backend = ChooseSoundBackend(run.options.device, preferences.Get("Settings/AudioApi").value_or(""));
   LPlatformServices services;
   FillServices(services, clock, loop, folders, preferences);
   services.soundBackend = backend.get();

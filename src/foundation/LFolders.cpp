@@ -40,7 +40,7 @@ std::string MusicFolderOfDesktop(const std::string& home) {
 
 }  // namespace
 
-LFolders::LFolders(std::string dataFolder)
+LFolders::LFolders(const std::string& dataFolder)
     : dataFolder_(dataFolder.empty() ? std::string() : LFile::Absolute(dataFolder)) {}
 
 std::string LFolders::GetUserFolder() const {
@@ -84,7 +84,7 @@ std::string LFolders::GetTempFolder() const {
 std::string LFolders::GetMusicFolder() const {
   const std::string home = GetUserFolder();
   if (!dataFolder_.empty()) return Created(LFile::MakePath(dataFolder_, "music"));
-  if (const std::string folder = MusicFolderOfDesktop(home); !folder.empty()) return folder;
+  if (std::string folder = MusicFolderOfDesktop(home); !folder.empty()) return folder;
   const std::string music = LFile::MakePath(home, "Music");
   return LFile::IsFolder(music) ? music : home;
 }

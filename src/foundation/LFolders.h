@@ -7,7 +7,7 @@
 class LFolders {
  public:
   // An empty dataFolder means the user's own folders.
-  explicit LFolders(std::string dataFolder = "");
+  explicit LFolders(const std::string& dataFolder = "");
 
   std::string GetUserFolder() const;
   std::string GetUserDataFolder() const;

@@ -40,6 +40,7 @@ class Input final : public LSoundInputStream {
 
 std::vector<LSoundDeviceInfo> Infos(const std::vector<LPulseDevice>& devices) {
   std::vector<LSoundDeviceInfo> infos;
+  infos.reserve(devices.size());
   for (const LPulseDevice& device : devices) infos.push_back(device.info);
   return infos;
 }

@@ -80,6 +80,7 @@ std::vector<Device> Devices(RtAudio& library, bool input) {
       });
   });
   std::vector<LSoundDeviceInfo> infos;
+  infos.reserve(devices.size());
   for (const Device& device : devices) infos.push_back(device.info);
   MakeNamesUnique(infos);
   const bool hasDefault = std::any_of(infos.begin(), infos.end(), [](const auto& info) { return info.isDefault; });
