@@ -1,7 +1,6 @@
 // Finishes recordings that a crash left without their final lengths, so that other programs open them too.
 // Law      only files that carry our recording names, begin with exactly the header that our recorder leaves behind,
-// and
-//          are not held by a writer. The samples are never touched.
+//          and are not held by a writer. The samples are never touched.
 // Threads  [main]
 // Failure  a file that cannot be written stays as it is.
 #pragma once

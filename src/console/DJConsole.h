@@ -1,10 +1,10 @@
 // The audio engine: decks, mixer, players, recorder and microphone, and which signal reaches which output at which
 // level. Nothing is applied in the audio path directly: a change goes to a stored value and a flag; the 30 ms timer
 // takes the flag up, rebuilds or regains under the player lock, and rewinds the graph by what waits in the device ring,
-// so that the change is heard at once through a short crossfade. Units    levels in dB; crossfader 0 (deck A) to 100
-// (deck B); positions in frames of 44100 Hz. Threads  [main]; the graph is read by the players' feeders between the
-// main thread's locks. Failure  a device or a source that does not open leaves the deck stopped; no message is made
-// here.
+// so that the change is heard at once through a short crossfade.
+// Units    levels in dB; crossfader 0 (deck A) to 100 (deck B); positions in frames of 44100 Hz.
+// Threads  [main]; the graph is read by the players' feeders between the main thread's locks.
+// Failure  a device or a source that does not open leaves the deck stopped; no message is made here.
 #pragma once
 #include <array>
 #include <memory>

@@ -1,9 +1,9 @@
 // One turntable: a loaded track, its position, volume and state of play. It holds no device: it builds a chain of
-// sources on demand and tells its two listeners what happens; the console puts the chain into the mixer. Chain    file
-// at 44100 Hz stereo, then (later) equaliser, effects, pan, speed, loop, scratch, then level measuring. Units positions
-// in frames at the deck's present pitch, 44100 a second; beats in frames at pitch 1. Threads  [main]; the chain is read
-// by the feeder and changed only under the player's lock. Failure  Load of an unreadable file leaves an error source in
-// the handles; Play is then refused by the console.
+// sources on demand and tells its two listeners what happens; the console puts the chain into the mixer.
+// Chain    file at 44100 Hz stereo, then (later) equaliser, effects, pan, speed, loop, scratch, then level measuring.
+// Units    positions in frames at the deck's present pitch, 44100 a second; beats in frames at pitch 1.
+// Threads  [main]; the chain is read by the feeder and changed only under the player's lock.
+// Failure  Load of an unreadable file leaves an error source in the handles; Play is then refused by the console.
 #pragma once
 #include <array>
 #include <cstdint>

@@ -1,6 +1,8 @@
 // The laws of the mix: crossfader to gain, gain to level.
 // Law      Each deck is at full level up to the centre and falls as a sine on the far side. Position 50 is full for
-// both. Units    position 0 (deck A) to 100 (deck B); percent 0 to 100; level in dB. Threads  [any]
+//          both.
+// Units    position 0 (deck A) to 100 (deck B); percent 0 to 100; level in dB.
+// Threads  [any]
 #pragma once
 #include "console/DJDeckPosition.h"
 #include "sound/LdB.h"

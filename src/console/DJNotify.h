@@ -1,5 +1,6 @@
 // What a deck tells its two listeners (the console first, the panel second), and what the console tells the
-// application. Threads  [main]
+// application.
+// Threads  [main]
 #pragma once
 #include "sound/LSoundTime.h"
 #include "sound/LdB.h"

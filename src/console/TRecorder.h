@@ -1,12 +1,13 @@
 // Records the mix to a sink and hands it to a stream, without ever making the player wait: the player copies into a
 // ring, a thread of its own drains it. What the player reads is ahead of what is heard, so the ring can be rewound by
-// the player's lag and a recording ends on what was heard. Signal   ring of stereo samples at kDeckRate, converted to
-// the sink's rate and channels, then limited to 16 bits' peak. Units    ring in samples (frames * 2); Write, Resync in
-// frames of the mix. Threads  Write [player], allocates nothing and takes no lock; Step [worker]; the rest [main],
-// Resync and Stop while the
-//          player is held.
+// the player's lag and a recording ends on what was heard.
+// Signal   ring of stereo samples at kDeckRate, converted to the sink's rate and channels, then limited to 16 bits'
+//          peak.
+// Units    ring in samples (frames * 2); Write, Resync in frames of the mix.
+// Threads  Write [player], allocates nothing and takes no lock; Step [worker]; the rest [main], Resync and Stop while
+//          the player is held.
 // Failure  a full ring drops the newest block; a sink with an error goes on losing samples until somebody asks
-// HasFailed.
+//          HasFailed.
 #pragma once
 #include <atomic>
 #include <memory>

@@ -1,6 +1,7 @@
 // The key commands: English name (identity in stores and scripts), id, deck, default key, German text. The order
-// matters: a key is looked up from the front. Threads  [main] Failure  a failed lookup gives InvalidKeyCommand, never
-// null.
+// matters: a key is looked up from the front.
+// Threads  [main]
+// Failure  a failed lookup gives InvalidKeyCommand, never null.
 #pragma once
 #include <cstdint>
 #include <span>

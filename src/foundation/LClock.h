@@ -1,6 +1,7 @@
 // Time, monotonic, from one place: every reading in the program goes through here, so that an offline run can supply
-// it. Units    microseconds since an unspecified start; NowMs in milliseconds, cut to 32 bits (differences are
-// unsigned). Threads  [any]
+// it.
+// Units    microseconds since an unspecified start; NowMs in milliseconds, cut to 32 bits (differences are unsigned).
+// Threads  [any]
 #pragma once
 #include <atomic>
 #include <cstdint>

@@ -1,6 +1,7 @@
 // Which sound system the program plays on: PulseAudio or PipeWire through libpulse, then ALSA; JACK on request
 // ("jack:NAME" or the setting); the null device where nothing else is. The first system with an output device gives the
-// whole list. Threads  [main]
+// whole list.
+// Threads  [main]
 #pragma once
 #include <memory>
 #include <string>

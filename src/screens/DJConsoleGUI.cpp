@@ -3,13 +3,26 @@
 #include "control/TAVIID.h"
 #include "control/TKeyTable.h"
 #include "foundation/LKey.h"
+#include "foundation/LPlatform.h"
 #include "foundation/LText.h"
 #include "screens/DJTheme.h"
+#include "sound/LSoundTime.h"
 
 namespace {
 
-constexpr int kMarginPx = 10, kGapPx = 8, kButtonPx = 36, kSliderPx = 44, kFaderPx = 60, kMeterPx = 60;
+constexpr int kMarginPx = 10, kGapPx = 8, kButtonPx = 38, kMeterPx = 96;
 constexpr int kFlashTimer = 101, kFlashMs = 500, kFlashTicks = 12;
+constexpr int kRecordTimer = 102;
+constexpr std::uint32_t kSecondMs = 1000, kHourMs = 3600000;
+
+constexpr std::uint32_t kTenMinutesMs = 600000;
+
+// With the word as long as it leaves room for the time.
+std::string RecordText(std::uint32_t ms) {
+  std::string time = LSoundTimeText::GetTextHMMSS(int(ms));
+  if (ms >= kHourMs) return time;
+  return "Aufnahme " + time.substr(ms < kTenMinutesMs ? 3 : 2);
+}
 
 void SetTip(LCoolButton& button) {
   const std::string key = LKey(TKeyTable::FindByCommand(button.Id()).key).GetDisplayText();
@@ -21,13 +34,14 @@ void SetTip(LCoolButton& button) {
 DJConsoleGUI::DJConsoleGUI(LWindow& parent, DJPanelHost& host)
     : LPaintControl(parent, 1200),
       host_(host),
-      meter_(*this, 1201, "Gesamtpegel"),
+      meter_(*this, 1201, "Gesamtpegel", TLevelMeter::Scale::Numbers),
       master_(*this, 1202, "Master"),
       headphone_(*this, 1203, "Kopfhörer"),
-      crossFader_(*this, 1204),
+      crossFader_(parent, 1204),
       record_(*this, host, idRecord, LCoolButton::Icon::Record, "Aufnahme", DJTheme::kRed),
       safeLive_(*this, host, idSafeLive, LCoolButton::Icon::Shield, "Abgesicherter Live-Modus", DJTheme::kGreen),
       microphone_(*this, host, idMicrophone, LCoolButton::Icon::Microphone, "Mikrofon", DJTheme::kYellow) {
+  SetOpaque(true);
   SetAccessibleName("Konsole");
   record_.SetCaption("Aufnahme");
   safeLive_.SetCaption("Live-Schutz");
@@ -52,7 +66,19 @@ void DJConsoleGUI::SetLevels(const LLevels& levels) { meter_.SetLevels(levels.le
 
 void DJConsoleGUI::ClearLevels() { meter_.Clear(); }
 
-void DJConsoleGUI::UIApplyRecordState(bool recording) { record_.SetOn(recording); }
+void DJConsoleGUI::UIApplyRecordState(bool recording) {
+  if (recording && !recording_) recordStartMs_ = LPlatform::Clock().NowMs();
+  recording_ = recording;
+  record_.SetOn(recording);
+  ShowRecordTime();
+}
+
+void DJConsoleGUI::ShowRecordTime() {
+  if (!recording_) return record_.SetCaption("Aufnahme");
+  const std::uint32_t ms = LPlatform::Clock().NowMs() - recordStartMs_;
+  record_.SetCaption(RecordText(ms));
+  TimerSet(kRecordTimer, int(kSecondMs - ms % kSecondMs));
+}
 
 void DJConsoleGUI::CmSetSafeMode(bool on) {
   safeMode_ = on;
@@ -65,36 +91,39 @@ void DJConsoleGUI::CmShowSafeModeBubbleTip() {
   if (flashTicks_ > 0) return;
   flashTicks_ = kFlashTicks;
   TimerSet(kFlashTimer, kFlashMs);
-  bubble_.BubbleTipRun(safeLive_,
-                       "Abgesicherter Live-Modus ist derzeit aktiviert. Dieser Vorgang wurde angehalten, da er zu einer\n"
-                       "Unterbrechung der Audioausgabe führen könnte. Deaktivieren Sie den abgesicherten Live-Modus, um "
-                       "dies zuzulassen.");
+  bubble_.BubbleTipRun(
+      safeLive_,
+      "Abgesicherter Live-Modus ist derzeit aktiviert. Dieser Vorgang wurde angehalten, da er zu einer\n"
+      "Unterbrechung der Audioausgabe führen könnte. Deaktivieren Sie den abgesicherten Live-Modus, um "
+      "dies zuzulassen.");
 }
 
-void DJConsoleGUI::EvTimer(int) {
+void DJConsoleGUI::EvTimer(int id) { id == kRecordTimer ? ShowRecordTime() : Flash(); }
+
+void DJConsoleGUI::Flash() {
   --flashTicks_;
   safeLive_.SetOn(flashTicks_ > 0 ? flashTicks_ % 2 == 0 : safeMode_);
   if (flashTicks_ > 0) TimerSet(kFlashTimer, kFlashMs);
 }
 
 void DJConsoleGUI::ShowMessage(const std::string& text) {
-  if (text.empty()) bubble_.Close();
-  else bubble_.BubbleTipRun(*this, text);
+  if (text.empty())
+    bubble_.Close();
+  else
+    bubble_.BubbleTipRun(*this, text);
 }
 
 void DJConsoleGUI::EvPaint(LPaintContext& context) { DJTheme::DrawPanel(context, {0, 0, Width(), Height()}); }
 
 void DJConsoleGUI::EvResize(int w, int h) {
   LRect box = LRect{0, 0, w, h}.Inset(kMarginPx);
-  crossFader_.SetBounds(box.TakeBottom(kFaderPx));
   for (TDBEditSlider* slider : {&headphone_, &master_}) {
+    slider->SetBounds(box.TakeBottom(TDBEditSlider::HeightPx()));
     box.TakeBottom(kGapPx);
-    slider->SetBounds(box.TakeBottom(kSliderPx));
   }
   for (LCoolButton* button : {&record_, &safeLive_, &microphone_}) {
     button->SetBounds(box.TakeTop(kButtonPx));
     box.TakeTop(kGapPx);
   }
-  box.TakeBottom(kGapPx);
   meter_.SetBounds({box.x + (box.width - kMeterPx) / 2, box.y, kMeterPx, box.height});
 }

@@ -1,5 +1,5 @@
-// The panel between the decks: crossfader, master and headphone level, master meter, and the buttons for recording, safe
-// live mode and microphone.
+// The panel between the decks: master and headphone level, master meter, and the buttons for recording, safe live mode
+// and microphone. The crossfader belongs to it, but stands in a strip of its own at the foot of the window.
 // Units    device-independent pixels; levels in dB; crossfader 0 (deck A) to 100 (deck B).
 // Threads  [main]
 #pragma once
@@ -13,17 +13,15 @@
 
 class DJConsoleGUI final : public LPaintControl, private LTimerHandler {
  public:
-  static constexpr int kPanelWidthPx = 180;
-
   DJConsoleGUI(LWindow& parent, DJPanelHost& host);
 
   void SetCrossFade(int position);  // shows it; no message
   void SetLevels(const LLevels& levels);
   void ClearLevels();
-  void UIApplyRecordState(bool recording);
+  void UIApplyRecordState(bool recording);  // while recording the button counts the time
   void CmSetSafeMode(bool on);
   void UpdateMicrophoneButtonState(bool on);
-  void CmShowSafeModeBubbleTip();  // flashes the button; no further bubble until that has ended
+  void CmShowSafeModeBubbleTip();             // flashes the button; no further bubble until that has ended
   void ShowMessage(const std::string& text);  // a line of the status kind inside the panel; empty clears it
   void UpdateToolTips();
 
@@ -36,6 +34,8 @@ class DJConsoleGUI final : public LPaintControl, private LTimerHandler {
 
  private:
   void EvTimer(int id) override;
+  void Flash();
+  void ShowRecordTime();
 
   DJPanelHost& host_;
   TLevelMeter meter_;
@@ -44,5 +44,6 @@ class DJConsoleGUI final : public LPaintControl, private LTimerHandler {
   LCoolButton record_, safeLive_, microphone_;
   LBubbleTip bubble_;
   int flashTicks_ = 0;  // left
-  bool safeMode_ = false;
+  bool safeMode_ = false, recording_ = false;
+  std::uint32_t recordStartMs_ = 0;
 };

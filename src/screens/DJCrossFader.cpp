@@ -6,11 +6,14 @@
 
 namespace {
 
-constexpr int kKnobPx = 22, kTrackPx = 8, kLetterPx = 16;
+constexpr int kKnobPx = 28, kKnobHeightPx = 40, kTrackPx = 8, kTrackRadiusPx = 4, kLetterPx = 36, kGapPx = 14;
+constexpr int kLongestTrackPx = 760;  // a hand on the mouse still gets from end to end in one move
+constexpr int kTicks = 4;
 
 }  // namespace
 
 DJCrossFader::DJCrossFader(LWindow& parent, int id) : LPaintControl(parent, id) {
+  SetOpaque(true);
   SetAccessibleRole(LAccessibleRole::Slider);
   SetAccessibleName("Crossfader");
   SetAccessibleValue("50");
@@ -24,14 +27,19 @@ void DJCrossFader::SetPosition(int position) {
   Redraw();
 }
 
-int DJCrossFader::KnobX() const { return position_ * std::max(Width() - kKnobPx, 1) / 100; }
+LRect DJCrossFader::Track() const {
+  const int width = std::clamp(Width() - 2 * (kLetterPx + 2 * kGapPx), kKnobPx + 1, kLongestTrackPx);
+  return {(Width() - width) / 2, (Height() - kTrackPx) / 2, width, kTrackPx};
+}
+
+int DJCrossFader::KnobX() const { return Track().x + position_ * (Track().width - kKnobPx) / 100; }
 
 void DJCrossFader::Ask(int position) {
   position = std::clamp(position, 0, 100);
   if (position != position_ && changed_) changed_(position);
 }
 
-void DJCrossFader::MoveTo(int x) { Ask((x - grabOffset_) * 100 / std::max(Width() - kKnobPx, 1)); }
+void DJCrossFader::MoveTo(int x) { Ask((x - grabOffset_ - Track().x) * 100 / (Track().width - kKnobPx)); }
 
 void DJCrossFader::EvMouseDown(const LMouseEvent& event) {
   if (event.button != LMouseButton::Left) return;
@@ -53,18 +61,31 @@ bool DJCrossFader::EvMouseWheel(const LMouseEvent&, double steps) {
 }
 
 void DJCrossFader::EvPaint(LPaintContext& context) {
-  LRect box{0, 0, Width(), Height()};
-  const LRect letters = box.TakeTop(kLetterPx);
-  context.DrawText(letters, "A", DJTheme::kBold, DJTheme::GetDeckColour(kDeckA));
-  context.DrawText(letters, "B", DJTheme::kBold, DJTheme::GetDeckColour(kDeckB), ltaRight);
-  const int middle = box.y + box.height / 2;
-  const LRect track{0, middle - kTrackPx / 2, Width(), kTrackPx};
-  context.FillRoundedRect(track, 4, DJTheme::kWell);
-  context.DrawRoundedRect(track, 4, {DJTheme::kFrame});
-  context.FillRect({Width() / 2, middle - 10, 1, 20}, DJTheme::kTextDim);
-  const LRect knob{KnobX(), middle - 15, kKnobPx, 30};
-  const bool hot = IsHovered() || IsCaptured();
-  context.FillRoundedRect(knob, 4, hot ? DJTheme::kText : DJTheme::kFrameHot);
-  context.DrawRoundedRect(knob, 4, {DJTheme::kDark});
-  context.FillRect({knob.x + kKnobPx / 2 - 1, knob.y + 4, 2, 22}, DJTheme::kDark);
+  DJTheme::DrawPanel(context, {0, 0, Width(), Height()});
+  const LRect track = Track();
+  const int letterY = (Height() - kLetterPx) / 2;
+  PaintLetter(context, kDeckA, {track.x - kGapPx - kLetterPx, letterY, kLetterPx, kLetterPx});
+  PaintLetter(context, kDeckB, {track.Right() + kGapPx, letterY, kLetterPx, kLetterPx});
+
+  for (int i = 0; i <= kTicks; ++i) {
+    const int x = track.x + kKnobPx / 2 + i * (track.width - kKnobPx) / kTicks;
+    const int half = i * 2 == kTicks ? kKnobHeightPx / 2 + 2 : kKnobHeightPx / 2 - 6;
+    context.FillRect({x, Height() / 2 - half, 1, 2 * half}, DJTheme::kFrameHot);
+  }
+  context.FillRoundedRect(track, kTrackRadiusPx, DJTheme::kWell);
+  context.DrawRoundedRect(track, kTrackRadiusPx, {DJTheme::kFrame});
+
+  const LRect knob{KnobX(), (Height() - kKnobHeightPx) / 2, kKnobPx, kKnobHeightPx};
+  context.FillRoundedRect(knob, 5, IsHovered() || IsCaptured() ? DJTheme::kText : DJTheme::kThumb);
+  context.DrawRoundedRect(knob, 5, {DJTheme::kDark});
+  context.FillRect({knob.x + kKnobPx / 2 - 1, knob.y + 5, 2, kKnobHeightPx - 10}, DJTheme::kDark);
+}
+
+void DJCrossFader::PaintLetter(LPaintContext& context, DJDeckPosition deck, const LRect& box) const {
+  const bool heard = position_ != (deck == kDeckA ? 100 : 0);
+  const LGuiColor colour = DJTheme::GetDeckColour(deck);
+  const char letter[] = {DeckLetter(deck), 0};
+  if (heard) context.FillRoundedRect(box, 5, colour);
+  context.DrawRoundedRect(box, 5, {colour});
+  context.DrawText(box, letter, DJTheme::kTitle, heard ? DJTheme::kDark : colour, ltaCentre);
 }

@@ -1,9 +1,11 @@
-// The crossfader: 0 is deck A, 100 deck B. Dragging the knob keeps the grab; a press elsewhere moves it there.
+// The crossfader in its strip: 0 is deck A, 100 deck B. Dragging the knob keeps the grab; a press elsewhere moves it
+// there. The letter of a deck is lit as long as the deck is heard.
 // Units    device-independent pixels; position 0..100.
 // Threads  [main]
 #pragma once
 #include <functional>
 
+#include "console/DJDeckPosition.h"
 #include "toolkit/LPaintControl.h"
 
 class DJCrossFader final : public LPaintControl {
@@ -21,7 +23,9 @@ class DJCrossFader final : public LPaintControl {
   void EvHover(bool) override { Redraw(); }
 
  private:
+  LRect Track() const;
   int KnobX() const;
+  void PaintLetter(LPaintContext& context, DJDeckPosition deck, const LRect& box) const;
   void MoveTo(int x);
   void Ask(int position);
 

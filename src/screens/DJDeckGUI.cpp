@@ -1,5 +1,7 @@
 #include "screens/DJDeckGUI.h"
 
+#include <algorithm>
+
 #include "control/TAVIID.h"
 #include "control/TKeyTable.h"
 #include "foundation/LFile.h"
@@ -9,7 +11,8 @@
 
 namespace {
 
-constexpr int kMeterPx = 30, kButtonsPx = 44, kSliderPx = 44, kGapPx = 8, kMarginPx = 10;
+constexpr int kMeterPx = 34, kButtonsPx = 54, kGapPx = 8, kMarginPx = 10;
+constexpr int kRowParts = 6;  // half of them for the play button, as long as the others have room
 
 // Of the two ids of a command, the deck's.
 int IdOf(DJDeckPosition deck, TAVIID ofA, TAVIID ofB) { return deck == kDeckA ? ofA : ofB; }
@@ -35,14 +38,16 @@ DJDeckGUI::DJDeckGUI(LWindow& parent, DJPanelHost& host, DJDeck& deck)
             "Zum Anfang springen", DJTheme::kText),
       headphones_(*this, host, IdOf(deck.GetPosition(), idHeadphonesA, idHeadphonesB), LCoolButton::Icon::Headphones,
                   "Kopfhörer an/aus", DJTheme::GetDeckColour(deck.GetPosition())),
-      load_(*this, host, IdOf(deck.GetPosition(), idAddToDeckA, idAddToDeckB), LCoolButton::Icon::Folder,
-            "Titel laden", DJTheme::kText),
+      load_(*this, host, IdOf(deck.GetPosition(), idAddToDeckA, idAddToDeckB), LCoolButton::Icon::Folder, "Titel laden",
+            DJTheme::kText),
       volume_(*this, 1102, LText::Format("Lautstärke Deck %c", deck.GetLetter())) {
+  SetOpaque(true);
   SetAccessibleName(LText::Format("Deck %c", deck.GetLetter()));
   deck.AddNotify(*this);
-  load_.SetCaption("Laden...");
+  load_.SetCaption("Laden");
   volume_.SetChanged([this](LLevel level) { host_.PanelDeckVolume(deck_.GetPosition(), level); });
-  info_.SetSeek([this](LSoundTime time) { host_.PanelSeek(deck_.GetPosition(), LFramesFromSoundTime(time, kDeckRate)); });
+  info_.SetSeek(
+      [this](LSoundTime time) { host_.PanelSeek(deck_.GetPosition(), LFramesFromSoundTime(time, kDeckRate)); });
   UpdateToolTips();
   EvCleared();
 }
@@ -103,18 +108,19 @@ void DJDeckGUI::EvPaint(LPaintContext& context) { DJTheme::DrawPanel(context, {0
 
 void DJDeckGUI::EvResize(int w, int h) {
   LRect box = LRect{0, 0, w, h}.Inset(kMarginPx);
-  const LRect sliders = box.TakeBottom(kSliderPx);
-  volume_.SetBounds(sliders);
+  volume_.SetBounds(box.TakeBottom(TDBEditSlider::HeightPx()));
   box.TakeBottom(kGapPx);
   LRect buttons = box.TakeBottom(kButtonsPx);
   box.TakeBottom(kGapPx);
-  const int wide = (buttons.width - 3 * kGapPx) / 4;
-  LCoolButton* row[] = {&load_, &jump_, &play_, &headphones_};
-  for (LCoolButton* button : row) {
-    button->SetBounds(buttons.TakeLeft(wide));
+  const int least = buttons.width / kRowParts;
+  for (LCoolButton* button : {&load_, &jump_}) {
+    button->SetBounds(buttons.TakeLeft(std::max(button->BestWidth(), least)));
     buttons.TakeLeft(kGapPx);
   }
-  // The meters stand at the outer sides, the consoles' side stays free for what belongs to both decks.
+  headphones_.SetBounds(buttons.TakeRight(std::max(headphones_.BestWidth(), least)));
+  buttons.TakeRight(kGapPx);
+  play_.SetBounds(buttons);
+  // The meters stand at the outer sides, the console's side stays free for what belongs to both decks.
   const bool left = deck_.GetPosition() == kDeckA;
   meter_.SetBounds(left ? box.TakeLeft(kMeterPx) : box.TakeRight(kMeterPx));
   left ? box.TakeLeft(kGapPx) : box.TakeRight(kGapPx);

@@ -1,8 +1,12 @@
 #include "screens/LCoolButton.h"
 
+#include <algorithm>
+
 #include "screens/DJTheme.h"
 
 namespace {
+
+constexpr int kRadiusPx = 5, kInsetPx = 7, kSmallIconPx = 20, kLargeIconPx = 30;
 
 using Icon = LCoolButton::Icon;
 
@@ -76,6 +80,7 @@ constexpr IconRow kIcons[] = {
 LCoolButton::LCoolButton(LWindow& parent, DJPanelHost& host, int command, Icon icon, const std::string& name,
                          LGuiColor lit)
     : LPaintControl(parent, command), host_(host), icon_(icon), lit_(lit) {
+  SetOpaque(true);
   SetAccessibleRole(LAccessibleRole::Button);
   SetAccessibleName(name);
 }
@@ -94,27 +99,45 @@ void LCoolButton::SetIcon(Icon icon) {
 }
 
 void LCoolButton::SetCaption(const std::string& caption) {
+  if (caption == caption_) return;
   caption_ = caption;
   Redraw();
 }
 
-void LCoolButton::EvPaint(LPaintContext& context) {
-  const LRect box{0, 0, Width(), Height()};
+LCoolButton::Look LCoolButton::GetLook() const {
+  if (!IsEnabled()) return {DJTheme::kButtonOff, DJTheme::kTextOff};
   const bool down = IsCaptured() && IsHovered();
-  LGuiColor top = DJTheme::kButtonTop, bottom = DJTheme::kButtonBottom, ink = DJTheme::kText;
-  if (on_) top = lit_, bottom = lit_.Mixed(DJTheme::kDark, 25), ink = DJTheme::kDark;
-  if (!IsEnabled()) top = bottom = DJTheme::kPanel, ink = DJTheme::kTextOff;
-  if (down) std::swap(top, bottom);
-  context.FillGradient(box.Inset(1), top, bottom);
-  context.DrawRoundedRect(box.Inset(1), 3, {IsHovered() && IsEnabled() ? DJTheme::kFrameHot : DJTheme::kFrame});
+  if (on_)
+    return {down          ? lit_.Mixed(DJTheme::kDark, 25)
+            : IsHovered() ? lit_.Mixed(DJTheme::kText, 25)
+                          : lit_,
+            DJTheme::kDark};
+  return {down ? DJTheme::kButtonDown : IsHovered() ? DJTheme::kButtonHot : DJTheme::kButton, DJTheme::kText};
+}
 
-  LRect inside = box.Inset(6, 4);
+void LCoolButton::EvPaint(LPaintContext& context) {
+  LRect box{0, 0, Width(), Height()};
+  const Look look = GetLook();
+  context.FillRect(box, DJTheme::kPanel);
+  context.FillRoundedRect(box, kRadiusPx, look.ground);
+  if (!on_)
+    context.DrawRoundedRect(box, kRadiusPx, {IsHovered() && IsEnabled() ? DJTheme::kFrameHot : DJTheme::kFrame});
+
+  box = box.Inset(kInsetPx);
+  const int side = std::min({box.height, box.width, caption_.empty() ? kLargeIconPx : kSmallIconPx});
   if (icon_ != Icon::None) {
-    const int side = std::min({inside.height, inside.width, 26});
-    LRect strip = caption_.empty() ? inside : inside.TakeLeft(side + 6);
-    DrawIcon(context, {strip.x + (caption_.empty() ? (strip.width - side) / 2 : 0), strip.y + (strip.height - side) / 2, side, side}, ink);
+    LRect strip = caption_.empty() ? box : box.TakeLeft(side + kInsetPx);
+    const int x = caption_.empty() ? strip.x + (strip.width - side) / 2 : strip.x;
+    DrawIcon(context, {x, strip.y + (strip.height - side) / 2, side, side}, look.ink);
   }
-  if (!caption_.empty()) context.DrawText(inside, caption_, DJTheme::kNormal, ink, icon_ == Icon::None ? ltaCentre : ltaLeft);
+  if (caption_.empty()) return;
+  context.DrawText(box, caption_, DJTheme::kNormal, look.ink, icon_ == Icon::None ? ltaCentre : ltaLeft);
+}
+
+int LCoolButton::BestWidth() const {
+  if (caption_.empty()) return kLargeIconPx + 4 * kInsetPx;
+  return 2 * kInsetPx + (icon_ == Icon::None ? 0 : kSmallIconPx + kInsetPx) +
+         DJTheme::TextWidth(DJTheme::kNormal, caption_) + kInsetPx;
 }
 
 void LCoolButton::DrawIcon(LPaintContext& context, const LRect& box, LGuiColor colour) const {

@@ -17,6 +17,8 @@ class LCoolButton final : public LPaintControl {
   bool IsOn() const { return on_; }
   void SetIcon(Icon icon);
   void SetCaption(const std::string& caption);  // beside the icon
+  const std::string& GetCaption() const { return caption_; }
+  int BestWidth() const;  // at which the caption is whole
 
   void EvPaint(LPaintContext& context) override;
   void EvMouseDown(const LMouseEvent& event) override;
@@ -24,6 +26,10 @@ class LCoolButton final : public LPaintControl {
   void EvHover(bool) override { Redraw(); }
 
  private:
+  struct Look {
+    LGuiColor ground, ink;
+  };
+  Look GetLook() const;
   void DrawIcon(LPaintContext& context, const LRect& box, LGuiColor colour) const;
 
   DJPanelHost& host_;

@@ -8,13 +8,18 @@
 
 namespace {
 
-constexpr int kThumbPx = 14, kLabelPx = 20;
+constexpr int kThumbPx = 16, kThumbHeightPx = 20, kTrackPx = 6, kTrackRadiusPx = 3, kZeroTickPx = 5;
 
-std::string LevelText(LLevel level) { return level.IsMuted() ? "stumm" : LText::Format("%+d dB", level.Get()); }
+std::string LevelText(LLevel level) {
+  if (level.IsMuted()) return "stumm";
+  return level.Get() == 0 ? "0 dB" : LText::Format("%+d dB", level.Get());
+}
 
 }  // namespace
 
-TDBEditSlider::TDBEditSlider(LWindow& parent, int id, std::string name) : LPaintControl(parent, id), name_(std::move(name)) {
+TDBEditSlider::TDBEditSlider(LWindow& parent, int id, std::string name)
+    : LPaintControl(parent, id), name_(std::move(name)) {
+  SetOpaque(true);
   SetAccessibleRole(LAccessibleRole::Slider);
   SetAccessibleName(name_);
   SetAccessibleValue(LevelText(level_));
@@ -22,7 +27,9 @@ TDBEditSlider::TDBEditSlider(LWindow& parent, int id, std::string name) : LPaint
 
 void TDBEditSlider::ShowLevel(LLevel level) {
   const int db = std::min(level.Get(), kMaximumDb);
-  level_ = db > kMinimumDb ? LLevel(db) : LLevel(LLevel::kMuted);
+  const LLevel shown = db > kMinimumDb ? LLevel(db) : LLevel(LLevel::kMuted);
+  if (shown == level_) return;
+  level_ = shown;
   SetAccessibleValue(LevelText(level_));
   Redraw();
 }
@@ -33,7 +40,9 @@ void TDBEditSlider::SetLevel(LLevel level) {
   if (level_ != before && changed_) changed_(level_);
 }
 
-void TDBEditSlider::KeyLevelUp() { SetLevel(level_.IsMuted() ? kMinimumDb + 1 : std::min(level_.Get() + 1, kMaximumDb)); }
+void TDBEditSlider::KeyLevelUp() {
+  SetLevel(level_.IsMuted() ? kMinimumDb + 1 : std::min(level_.Get() + 1, kMaximumDb));
+}
 
 void TDBEditSlider::KeyLevelDown() {
   if (level_.Get() > kMinimumDb) SetLevel(level_.Get() - 1);
@@ -80,19 +89,24 @@ bool TDBEditSlider::EvMouseWheel(const LMouseEvent&, double steps) {
 
 void TDBEditSlider::EvHover(bool) { Redraw(); }
 
+int TDBEditSlider::HeightPx() { return DJTheme::LineHeight(DJTheme::kSmall) + 4 + kThumbHeightPx + kZeroTickPx; }
+
 void TDBEditSlider::EvPaint(LPaintContext& context) {
   LRect box{0, 0, Width(), Height()};
-  const LRect label = box.TakeTop(kLabelPx);
+  context.FillRect(box, DJTheme::kPanel);
+  const LRect label = box.TakeTop(DJTheme::LineHeight(DJTheme::kSmall) + 2);
   context.DrawText(label, name_, DJTheme::kSmall, DJTheme::kTextDim);
   context.DrawText(label, LevelText(level_), DJTheme::kSmall, DJTheme::kText, ltaRight);
-  const int middle = box.y + box.height / 2;
-  const LRect track{0, middle - 3, Width(), 6};
-  context.FillRoundedRect(track, 3, DJTheme::kWell);
-  context.FillRoundedRect({0, middle - 3, ThumbX() + kThumbPx / 2, 6}, 3, DJTheme::kTextDim);
-  // The place of 0 dB.
+
+  const int middle = box.y + (box.height - kZeroTickPx) / 2;
+  const LRect track{0, middle - kTrackPx / 2, Width(), kTrackPx};
+  context.FillRoundedRect(track, kTrackRadiusPx, DJTheme::kWell);
+  context.FillRoundedRect({0, track.y, ThumbX() + kThumbPx / 2, kTrackPx}, kTrackRadiusPx, DJTheme::kTextDim);
   const int zero = -kMinimumDb * (Width() - kThumbPx) / (kMaximumDb - kMinimumDb) + kThumbPx / 2;
-  context.FillRect({zero, middle + 5, 1, 4}, DJTheme::kTextDim);
-  const LRect thumb{ThumbX(), middle - 9, kThumbPx, 18};
-  context.FillRoundedRect(thumb, 3, IsHovered() || IsCaptured() ? DJTheme::kText : DJTheme::kFrameHot);
-  context.FillRect({thumb.x + kThumbPx / 2, thumb.y + 3, 1, 12}, DJTheme::kDark);
+  context.FillRect({zero, Height() - kZeroTickPx, 1, kZeroTickPx}, DJTheme::kTextDim);  // the place of 0 dB
+
+  const LRect thumb{ThumbX(), middle - kThumbHeightPx / 2, kThumbPx, kThumbHeightPx};
+  context.FillRoundedRect(thumb, 4, IsHovered() || IsCaptured() ? DJTheme::kText : DJTheme::kThumb);
+  context.DrawRoundedRect(thumb, 4, {DJTheme::kDark});
+  context.FillRect({thumb.x + kThumbPx / 2 - 1, thumb.y + 4, 2, kThumbHeightPx - 8}, DJTheme::kDark);
 }

@@ -19,6 +19,8 @@ class TDBEditSlider final : public LPaintControl {
   void KeyLevelDown();
   void SetChanged(std::function<void(LLevel)> changed) { changed_ = std::move(changed); }
 
+  static int HeightPx();  // what it needs, by the system's font
+
   void EvPaint(LPaintContext& context) override;
   void EvMouseDown(const LMouseEvent& event) override;
   void EvMouseMove(const LMouseEvent& event) override;

@@ -1,7 +1,8 @@
 // The controller: one window, one engine. It receives every command, key, drop, timer and notification, decides whether
 // an action is allowed, and hands it on. State and rules live in the collaborators below; none of them knows this
-// class. Threads  [main] Failure  what goes wrong is told as a German alert; with the headless toolkit as a line, and
-// in the exit status.
+// class.
+// Threads  [main]
+// Failure  what goes wrong is told as a German alert; with the headless toolkit as a line, and in the exit status.
 #pragma once
 #include <memory>
 #include <string>

@@ -1,12 +1,10 @@
 // The summing point of the graph: a list of inputs, each with a routing and a level from every input channel to every
 // output channel, and one open source that reads and sums them.
 // Signal   out[d] += MulGain24(in[c], amplitude of the level at [c][d]) for each routing c -> d. The sum wraps in 32
-// bits;
-//          nothing limits it here.
+//          bits; nothing limits it here.
 // Units    levels in dB, positions and ends in frames of the mixer's rate; ids are the caller's.
 // Threads  edits [main, player lock], among themselves under the mixer's mutex; levels [main] at any time, as atomic
-// bytes;
-//          the open source [player], takes no lock, Read allocates nothing.
+//          bytes; the open source [player], takes no lock, Read allocates nothing.
 // Failure  an unknown id does nothing; a routing beyond 256 channels or beyond the output is silent; an input with an
 //          error reads silence.
 #pragma once

@@ -1,9 +1,8 @@
 // The filter table that both rate converters share: a polyphase low-pass, a sinc in a Kaiser window.
 // Law      M / L is sourceRate / targetRate. Exact: the smallest L that gives a whole M. Approximate: the best L up to
-// 255.
-//          Tap j of phase p lies at t = (j - taps / 2) - p / L input frames: 65536 * c * sinc(c * t) * I0(beta * sqrt(1
-//          - (t / (taps / 2 + 1))^2)) / I0(beta). Up: c 0.975, beta 2.12. Down: c the ratio less 3/64 (wide: 6/64),
-//          beta 4.538.
+//          255. Tap j of phase p lies at t = (j - taps / 2) - p / L input frames: 65536 * c * sinc(c * t) * I0(beta *
+//          sqrt(1 - (t / (taps / 2 + 1))^2)) / I0(beta). Up: c 0.975, beta 2.12. Down: c the ratio less 3/64 (wide:
+//          6/64), beta 4.538.
 // Units    rates in Hz, coefficients with 16 fraction bits (17 bits with the sign), time in input frames.
 // Threads  [main, worker]: built with its converter.
 // Failure  none; callers repair rates below 1.

@@ -1,8 +1,7 @@
 // The gain product of the sound path, and the conversions of its gains.
 // Law      sh = sample >> 12, sl = sample & 0xfff, likewise for the gain; gh * sh + (sl * gh >> 12) + (sh * gl >> 12).
-// The
-//          product of the two low parts is left out, so unity gives the sample only up to one step of rounding: callers
-//          that need the sample itself branch around it.
+//          The product of the two low parts is left out, so unity gives the sample only up to one step of rounding:
+//          callers that need the sample itself branch around it.
 // Units    samples on the 20-bit scale; gain24 with 24 fraction bits, kUnityGain24 = 0x1000000.
 // Threads  [any], [device] included
 #pragma once

@@ -1,7 +1,6 @@
 // Another sample rate, pulled: a polyphase filter of 63 taps over blocks of the input.
 // Signal   block floating point: the peak of a block and of the 63 frames before it sets a common shift that brings
-// them
-//          to 16 bits, so that every product fits 32 bits and levels above full scale keep their headroom.
+//          them to 16 bits, so that every product fits 32 bits and levels above full scale keep their headroom.
 // Law      see LConvertRateBase for the table, kernels/LRateKernels for the sum.
 // Units    positions in frames of the target rate, block indices in frames of the input.
 // Threads  LSPConvertRate [main, worker]; LSRCConvertRate [player], Read allocates nothing.

@@ -1,6 +1,8 @@
 // Another sample rate, pushed: what a writer at one rate writes reaches a sink of another. A filter of 15 taps.
-// Law      samples are brought to 16 bits (>> 4); out = ((sum of taps 0..7 >> 1) + (sum of taps 8..14 >> 1) + 1024)
-// >> 11. Units    positions in frames at the writer's rate. Threads  the sink's one thread; Write allocates nothing.
+// Law      samples are brought to 16 bits (>> 4); out = ((sum of taps 0..7 >> 1) + (sum of taps 8..14 >> 1) + 1024) >>
+//          11.
+// Units    positions in frames at the writer's rate.
+// Threads  the sink's one thread; Write allocates nothing.
 // Failure  a rate below 1 or an inner sink with an error gives a sink with an error.
 #pragma once
 #include <vector>

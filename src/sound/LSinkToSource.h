@@ -1,8 +1,7 @@
 // Joins a sink and a source: what one thread writes another one reads.
 // Units    frames of 44100 Hz, 2 channels.
 // Threads  the sink [worker], the source [player]; the mutex covers the ring while samples are copied. Reset and the
-// stop
-//          signals: the owner, with neither side running. Both sides must not outlive this.
+//          stop signals: the owner, with neither side running. Both sides must not outlive this.
 // Failure  without a reader a full ring drops what is written; without a writer an empty ring reads silence.
 #pragma once
 #include <vector>

@@ -3,9 +3,9 @@
 // Signal   an output stream asks its renderer for signed 32-bit interleaved samples; an input stream hands 32-bit floats
 //          (-1..1) to its receiver.
 // Units    frames; rates in Hz. A device index counts the list from 0; kDefaultDevice is the system's default.
-// Threads  everything [main], but LSoundRenderer and LSoundInputReceiver, which the backend calls on [device] (offline:
-//          on the main loop, in that role). The render callback copies, writes one pipe byte, takes no lock but the render
-//          lock, allocates and posts nothing.
+// Threads  everything [main], but an input, which the recorder's thread opens, stops and frees. LSoundRenderer and
+//          LSoundInputReceiver are called on [device] (offline: on the main loop, in that role). The render callback
+//          copies, writes one pipe byte, takes no lock but the render lock, allocates and posts nothing.
 // Failure  a failure is false or a null stream; nothing throws. A device that vanishes stops calling back; the backend
 //          looks for it and then for the default device every 2 s, and says so through LastMessage.
 #pragma once
@@ -46,9 +46,9 @@ class LSoundOutputStream {
  public:
   virtual ~LSoundOutputStream() = default;
   virtual bool Start() = 0;
-  virtual void Stop() = 0;   // pending samples of the device are dropped
-  virtual void Reset() = 0;  // drops what waits in the device; nothing else
-  virtual int MaxSliceFrames() const = 0;    // granted; the largest single request
+  virtual void Stop() = 0;                              // pending samples of the device are dropped
+  virtual void Reset() = 0;                             // drops what waits in the device; nothing else
+  virtual int MaxSliceFrames() const = 0;               // granted; the largest single request
   virtual int ExtraLatencyFrames() const { return 0; }  // a resampler's delay, in source frames
   virtual int DeviceChannels() const = 0;
 };

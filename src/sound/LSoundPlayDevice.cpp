@@ -53,6 +53,7 @@ std::vector<std::string> LSoundPlayDevice::GetOutputChannelList() const {
 int LSoundPlayDevice::GetListDeviceCount() { return int(LPlatform::SoundBackend().OutputDevices().size()); }
 
 std::string LSoundPlayDevice::GetListDeviceName(int index) {
+  if (index < 0) return "";
   return index == 0 ? kDefaultPlayDeviceName : FindInfo(index).name;
 }
 

@@ -15,7 +15,7 @@ struct LSoundPlayDevice {
   friend bool operator==(const LSoundPlayDevice&, const LSoundPlayDevice&) = default;
 
   int BackendIndex() const { return index <= 0 ? kDefaultDevice : index - 1; }
-  int GetNumOutputChannels() const;                      // at least 1; 2 if unknown
+  int GetNumOutputChannels() const;                       // at least 1; 2 if unknown
   std::vector<std::string> GetOutputChannelList() const;  // one label per channel
 
   static int GetListDeviceCount();

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr unsigned kRefillPauseMs = 5;     // gives way between two writes
+constexpr unsigned kRefillPauseMs = 5;  // gives way between two writes
 constexpr unsigned kRingFullWaitMs = 1000;
 constexpr int kStreamingWaitMs = 150;
 constexpr int kFramesPerCountedBuffer = 16384;  // capacity / this: reports without a full ring that mean "late"
@@ -172,8 +172,10 @@ void LSoundPlayerTemplate<Device>::GivePriorityToDoneHandler() {
 
 template <class Device>
 void LSoundPlayerTemplate<Device>::EvNotify() {
-  if (ended_) NotifyEnded();
-  else if (reportPending_) NotifyReport();
+  if (ended_)
+    NotifyEnded();
+  else if (reportPending_)
+    NotifyReport();
 }
 
 template <class Device>

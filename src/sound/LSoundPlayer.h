@@ -35,9 +35,9 @@ class LSoundPlayerTemplate final : public LStepThread, public LThreadQueuedNotif
 
   void SetNotify(LSoundPlayerNotify* target, long id) { target_ = target, id_ = id; }  // outlives this, or null
   bool Start(LSoundSource& source, unsigned short flags);
-  void StopPlaying();      // stops the thread and the device, closes the source; no notification
-  void Pause();            // keeps ring and position
-  bool Resume();           // restarts the refill thread too, if it has ended
+  void StopPlaying();  // stops the thread and the device, closes the source; no notification
+  void Pause();        // keeps ring and position
+  bool Resume();       // restarts the refill thread too, if it has ended
   bool IsActive() const { return device_.IsActive(); }
   bool IsPlaying() const { return device_.IsPlaying(); }
 
@@ -47,7 +47,7 @@ class LSoundPlayerTemplate final : public LStepThread, public LThreadQueuedNotif
   bool IsEngineLockHeld() const { return lockHeld_; }
 
   // [main, engine lock]
-  LSoundSource& Chain() { return chain_; }  // the head: limiter and crossfade around the given source
+  LSoundSource& Chain() { return chain_; }   // the head: limiter and crossfade around the given source
   void ReplaceSource(LSoundSource& source);  // wraps it as Start does, without stopping anything
   void RequestCrossFade() { crossFade_.RequestFade(); }
   Device& GetDevice() { return device_; }
@@ -70,7 +70,7 @@ class LSoundPlayerTemplate final : public LStepThread, public LThreadQueuedNotif
 
   LSoundPlayerNotify* target_ = nullptr;
   long id_ = 0;
-  LSignalObject running_;     // the refill thread has come up since StartRefill
+  LSignalObject running_;  // the refill thread has come up since StartRefill
   LSignalObject wakeRefill_;
   Device device_{running_.Ref()};
   LCrossFadeSource crossFade_;

@@ -121,11 +121,12 @@ void LSoundPlayerLLCA::SetSoundSource(LSoundSource& source) {
 
 bool LSoundPlayerLLCA::IsNextBufferReady() {
   ring_.spaceFreed.Reset();
-  return ring_.FreeFrames() >= kMaxBlockFrames;
+  // With very many channels the whole ring is no longer than one block.
+  return ring_.FreeFrames() >= std::min(kMaxBlockFrames, ring_.CapacityFrames() / 2);
 }
 
 void LSoundPlayerLLCA::WriteBuffer(int frames) {
-  ring_.Write(source_, std::min(sampleRate_ / kReportsPerSecond, frames));
+  ring_.Write(source_, std::min({sampleRate_ / kReportsPerSecond, frames, ring_.FreeFrames()}));
   UpdatePosition();
 }
 
@@ -149,7 +150,7 @@ int LSoundPlayerLLCA::GetLagToWriteCursor() const {
   const int lead = ring_.LeadFrames();
   if (!IsPlaying()) return lead > 0 ? 0 : -lead;
   if (!resync_) return std::max(ring_.FilledFrames() - lead, 0);
-  // During an exchange what lay behind the mark at its start: fill and mark shrink together as the device goes on taking.
+  // During an exchange what lay behind the mark at its start: fill and mark shrink together as the device goes on.
   return ring_.FilledFrames() + overrunFrames_ - keptFrames_;
 }
 

@@ -37,10 +37,10 @@ class LSoundPlayerLLCA final : private LSoundRenderer {
 
   bool IsActive() const { return state_.load() != Stopped; }
   bool IsPlaying() const { return (state_.load() & (Playing | Paused)) == Playing; }
-  bool IsNextBufferReady();           // [player] room for a whole block
-  void WriteBuffer(int frames);       // [player] at most a thirtieth of a second
-  bool PlayRemainingBuffer();         // [player] true while something waits in the ring
-  int GetLagToWriteCursor() const;    // frames queued behind what the device is about to take
+  bool IsNextBufferReady();         // [player] room for a whole block
+  void WriteBuffer(int frames);     // [player] at most a thirtieth of a second
+  bool PlayRemainingBuffer();       // [player] true while something waits in the ring
+  int GetLagToWriteCursor() const;  // frames queued behind what the device is about to take
   int FilledFrames() const { return ring_.FilledFrames(); }
   int CapacityFrames() const { return ring_.CapacityFrames(); }
   int GetPosition() const { return position_.load(); }
@@ -81,7 +81,7 @@ class LSoundPlayerLLCA final : private LSoundRenderer {
   std::atomic<int> gain9_{kUnityGain9};
   unsigned short startFlags_ = 0;
 
-  int levelFrames_ = 0, levelCallbacks_ = 0;   // since the last report [device]
+  int levelFrames_ = 0, levelCallbacks_ = 0;     // since the last report [device]
   double levelSumLeft_ = 0, levelSumRight_ = 0;  // linear
 
   bool resync_ = false;    // render lock

@@ -16,8 +16,8 @@ namespace {
 constexpr unsigned kStartWaitMs = 1500;
 constexpr unsigned kSilentDeviceMs = 3000;
 constexpr int kStopBelowStartDb = 4;
-constexpr int kSkippedBlocks = 5;        // a device's first blocks carry the click of its start
-constexpr LSoundTime kTailMs = 450;      // kept behind the last sound
+constexpr int kSkippedBlocks = 5;                    // a device's first blocks carry the click of its start
+constexpr LSoundTime kTailMs = 450;                  // kept behind the last sound
 constexpr double kPeakToUnit = 1.9073486328125e-06;  // 1 / full scale
 
 LLevel LevelFromPeak(int peak) {
@@ -97,8 +97,10 @@ void LSoundRecorderTemplate<Device>::StepsBegin() {
   }
   block_.assign(std::size_t(device_.BlockFrames()) * sink_.GetChannels(), 0);
   previous_ = block_;
-  if (flags_ & kRecorderHoldUntilResume) started_.Signal();
-  else StartDevice();
+  if (flags_ & kRecorderHoldUntilResume)
+    started_.Signal();
+  else
+    StartDevice();
 }
 
 template <class Device>
@@ -124,8 +126,10 @@ LStepResult LSoundRecorderTemplate<Device>::Step() {
     return LStepResult::WaitFor(device_.Filled(), kSilentDeviceMs);
   }
   lastBlockMs_ = LPlatform::Clock().NowMs();
-  if (skipBlocks_ > 0) --skipBlocks_;
-  else HandleBlock();
+  if (skipBlocks_ > 0)
+    --skipBlocks_;
+  else
+    HandleBlock();
   return LStepResult::GoOn();
 }
 
@@ -241,7 +245,8 @@ void LSoundRecorderTemplate<Device>::EvNotify() {
     target_->srntfTime(timeMs_, id_);
     target_->srntfLevel(levels, id_);
   }
-  if (modeChangePending_.exchange(false) && target_) mode_ == Waiting ? target_->srntfWait(id_) : target_->srntfRecord(id_);
+  if (modeChangePending_.exchange(false) && target_)
+    mode_ == Waiting ? target_->srntfWait(id_) : target_->srntfRecord(id_);
 }
 
 template class LSoundRecorderTemplate<LSoundRecLLCA>;

@@ -58,7 +58,7 @@ class LSoundRecorderTemplate final : public LStepThread, public LThreadQueuedNot
   std::atomic<Mode> mode_{Idle};
   LSoundSink sink_;
   LSoundTime lastQuiet_ = 0, lastSound_ = 0;  // [worker]
-  std::atomic<LSoundTime> timeMs_{0};          // the sink's length
+  std::atomic<LSoundTime> timeMs_{0};         // the sink's length
   LSignalObject started_, resume_;
   std::atomic<signed char> levelLeft_{LLevel::kMuted}, levelRight_{LLevel::kMuted};
   LLevel startThreshold_, stopThreshold_;

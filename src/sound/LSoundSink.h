@@ -9,15 +9,17 @@
 class LSoundSinkBase {
  public:
   LSoundSinkBase(int sampleRate, unsigned char channels, bool error = false)
-      : sampleRate_(sampleRate), channels_(channels ? channels : static_cast<unsigned char>(1)), error_(error || channels == 0) {}
+      : sampleRate_(sampleRate),
+        channels_(channels ? channels : static_cast<unsigned char>(1)),
+        error_(error || channels == 0) {}
   virtual ~LSoundSinkBase() = default;
   LSoundSinkBase(const LSoundSinkBase&) = delete;
   LSoundSinkBase& operator=(const LSoundSinkBase&) = delete;
 
   virtual void Write(const int* samples, int frames) = 0;
-  virtual void Seek(int /*frame*/) {}      // backwards only: what lies behind the head is gone
+  virtual void Seek(int /*frame*/) {}       // backwards only: what lies behind the head is gone
   virtual void Truncate(int /*frames*/) {}  // cuts to a length
-  virtual void Flush() {}                  // writes out what is held back
+  virtual void Flush() {}                   // writes out what is held back
 
   int GetPositionSample() const { return position_; }
   int GetSampleRate() const { return sampleRate_; }
@@ -49,7 +51,7 @@ class LSoundSink {
   explicit LSoundSink(LSoundSinkBase* sink) : sink_(sink) { ++sink_->references_; }  // takes ownership
   LSoundSink(const LSoundSink& other) : LSoundSink(other.sink_) {}
   LSoundSink& operator=(const LSoundSink& other) {  // NOLINT(bugprone-unhandled-self-assignment)
-    ++other.sink_->references_;  // first, so that self-assignment is safe
+    ++other.sink_->references_;                     // first, so that self-assignment is safe
     Drop();
     sink_ = other.sink_;
     return *this;

@@ -22,12 +22,12 @@ enum LSoundError : unsigned char {
   lseLaterStage = 7,  // the opener takes this file by another road
 };
 
-inline constexpr int kFullScale = 524288;        // 20 bits
-inline constexpr int kPeak16 = 0x7fff0;          // the largest sample of a 16-bit source
-inline constexpr int kPeakHeadroom = 0x200000;   // declared by what may exceed full scale: four times full scale
-inline constexpr int kEndless = 0x7fffffff;      // an end that is never reached
-inline constexpr int kDeckRate = 44100;          // Hz, of decks, mixer and recorder
-inline constexpr int kMaxBlockFrames = 8192;     // the largest request on the audio path
+inline constexpr int kFullScale = 524288;       // 20 bits
+inline constexpr int kPeak16 = 0x7fff0;         // the largest sample of a 16-bit source
+inline constexpr int kPeakHeadroom = 0x200000;  // declared by what may exceed full scale: four times full scale
+inline constexpr int kEndless = 0x7fffffff;     // an end that is never reached
+inline constexpr int kDeckRate = 44100;         // Hz, of decks, mixer and recorder
+inline constexpr int kMaxBlockFrames = 8192;    // the largest request on the audio path
 
 // Messages that travel down a chain; each stage handles or forwards. `value` is in and out.
 enum LControlCode {

@@ -1,6 +1,7 @@
 // Integer arithmetic with a stated overflow: wrapping in 32 bits where the sound path wraps by design, saturating where
-// a real number becomes a sample. No undefined behaviour, so the sanitizers stay silent. Units    none Threads  [any],
-// [device] included
+// a real number becomes a sample. No undefined behaviour, so the sanitizers stay silent.
+// Units    none
+// Threads  [any], [device] included
 #pragma once
 #include <cstdint>
 

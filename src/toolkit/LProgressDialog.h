@@ -1,11 +1,11 @@
 // The modal dialog of a long job: two status lines, a bar, a stop button. Seen after 300 ms, so that a quick job shows
 // nothing; modal from its first moment.
 // Law      Open runs MainFunction on a thread of its own and keeps the main loop going until it has returned, stopped
-// or
-//          not. An error text is shown when the job has ended, unless the user stopped it.
+//          or not. An error text is shown when the job has ended, unless the user stopped it.
 // Units    progress 0.0 to 1.0; waits in ms.
 // Threads  construction, Open, Direct... [main]; the LProcessInterface operations [worker] in Open, [main] in
-// DirectOpen. Failure  without a thread the job runs on the main thread.
+//          DirectOpen.
+// Failure  without a thread the job runs on the main thread.
 #pragma once
 #include <atomic>
 #include <memory>

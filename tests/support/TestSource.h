@@ -1,7 +1,6 @@
 // A source over given samples, and what scripts do with a source.
 // Signal   frames before 0 and from the end on read as zeros; the position always advances; a seek keeps what it is
-// given,
-//          unless `clamp` holds it to 0..end.
+//          given, unless `clamp` holds it to 0..end.
 #pragma once
 #include "sound/LSoundSource.h"
 #include "support/EngineData.h"

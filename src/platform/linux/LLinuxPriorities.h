@@ -3,8 +3,7 @@
 // Units    priorities as LThread.h; nice levels; RealtimeKit's limit in us of processor time without a pause.
 // Threads  Apply [any] but [device]; it may wait kRealtimeKitLimitMs.
 // Failure  silent: what is refused leaves the thread as it is. A thread that overstays real-time scheduling is put back
-// to
-//          ordinary scheduling by the signal the kernel sends, and may be raised again.
+//          to ordinary scheduling by the signal the kernel sends, and may be raised again.
 #pragma once
 #include <atomic>
 

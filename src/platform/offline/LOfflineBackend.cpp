@@ -1,6 +1,7 @@
 #include "platform/offline/LOfflineBackend.h"
 
 #include <algorithm>
+#include <mutex>
 
 #include "foundation/LText.h"
 #include "foundation/LThreadRole.h"
@@ -13,12 +14,22 @@ class LOfflineBackend::Output final : public LSoundOutputStream {
         channels_(format.channels),
         renderer_(renderer),
         block_(std::size_t(kWantedSliceFrames) * std::size_t(format.channels)) {
+    std::lock_guard lock(backend_.mutex_);
     backend_.outputs_.push_back(this);
   }
-  ~Output() override { std::erase(backend_.outputs_, this); }
+  ~Output() override {
+    std::lock_guard lock(backend_.mutex_);
+    std::erase(backend_.outputs_, this);
+  }
 
-  bool Start() override { return running_ = true; }
-  void Stop() override { running_ = false; }
+  bool Start() override {
+    std::lock_guard lock(backend_.mutex_);
+    return running_ = true;
+  }
+  void Stop() override {
+    std::lock_guard lock(backend_.mutex_);
+    running_ = false;
+  }
   void Reset() override {}
   int MaxSliceFrames() const override { return kWantedSliceFrames; }
   int DeviceChannels() const override { return backend_.deviceChannels_; }
@@ -46,12 +57,22 @@ class LOfflineBackend::Input final : public LSoundInputStream {
     const std::size_t frames = kMaxBlockFrames;
     samples_.resize(frames * backend_.input_.GetChannels());
     floats_.resize(frames * std::size_t(channels));
+    std::lock_guard lock(backend_.mutex_);
     backend_.inputs_.push_back(this);
   }
-  ~Input() override { std::erase(backend_.inputs_, this); }
+  ~Input() override {
+    std::lock_guard lock(backend_.mutex_);
+    std::erase(backend_.inputs_, this);
+  }
 
-  bool Start() override { return running_ = true; }
-  void Stop() override { running_ = false; }
+  bool Start() override {
+    std::lock_guard lock(backend_.mutex_);
+    return running_ = true;
+  }
+  void Stop() override {
+    std::lock_guard lock(backend_.mutex_);
+    running_ = false;
+  }
   int SampleRate() const override { return backend_.input_.GetSampleRate(); }
 
   void Feed(int frames) {
@@ -81,6 +102,7 @@ void LOfflineBackend::SetCapture(int device, Capture capture) {
 
 void LOfflineBackend::RenderSlice(int frames) {
   LThreadRoleScope role(LThreadRole::Device);
+  std::lock_guard lock(mutex_);
   for (Input* input : inputs_) input->Feed(frames);
   for (Output* output : outputs_) output->Render(frames);
 }

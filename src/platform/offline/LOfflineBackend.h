@@ -1,9 +1,12 @@
 // Sound devices without a machine: whoever runs the program asks for slices, and may keep what was rendered. The input
-// is fed from a source, a file for instance. Units    frames Threads  [main]; rendering takes the device's role.
+// is fed from a source, a file for instance.
+// Units    frames
+// Threads  [main]; rendering takes the device's role.
 #pragma once
 #include <functional>
 #include <vector>
 
+#include "foundation/LMutex.h"
 #include "sound/LSoundBackend.h"
 #include "sound/LSoundSource.h"
 
@@ -29,6 +32,7 @@ class LOfflineBackend final : public LSoundBackend {
  private:
   class Output;
   class Input;
+  LMutex mutex_;  // the recorder opens and closes its input on its own thread
   int deviceChannels_, deviceCount_;
   std::vector<Output*> outputs_;
   std::vector<Input*> inputs_;

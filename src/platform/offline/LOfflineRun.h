@@ -1,6 +1,7 @@
 // Drives the whole program faster than real time: due timers and notifications, the steps of all step threads until
-// each waits, one rendered slice, and the clock moves on by exactly that slice. A run depends on its input alone. Units
-// frames of 44100 Hz; one slice is kWantedSliceFrames. Threads  [main]
+// each waits, one rendered slice, and the clock moves on by exactly that slice. A run depends on its input alone.
+// Units    frames of 44100 Hz; one slice is kWantedSliceFrames.
+// Threads  [main]
 #pragma once
 #include "foundation/LClock.h"
 #include "foundation/LMainLoop.h"

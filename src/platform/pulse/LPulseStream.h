@@ -1,8 +1,9 @@
 // One stream of libpulse that keeps itself alive: it asks the server for its device, opens with that device's own
-// channel map, watches that the server calls back, and looks for a lost device. Order    a lost device is tried again,
-// then the default one, every kDeviceRetryMs. Units    frames, Hz, ms Threads  construction, Start, Stop, Reset,
-// destruction [main]; everything private on the event thread or under its lock;
-//          the callbacks [device], on the event thread.
+// channel map, watches that the server calls back, and looks for a lost device.
+// Order    a lost device is tried again, then the default one, every kDeviceRetryMs.
+// Units    frames, Hz, ms
+// Threads  construction, Start, Stop, Reset, destruction [main]; everything private on the event thread or under its
+//          lock; the callbacks [device], on the event thread.
 // Failure  IsOpen is false after construction: it could not be opened.
 #pragma once
 #include <memory>

@@ -1,10 +1,10 @@
 // Sits between a renderer and a device that refuses the renderer's rate, and converts with a windowed sinc filter.
-// Signal   the filter is filled with silence at construction, so that source frame k sounds at device frame
-//          (k + DelayFrames) * deviceRate / sourceRate.
+// Signal   the filter is filled with silence at construction, so that source frame k sounds at device frame (k +
+//          DelayFrames) * deviceRate / sourceRate.
 // Units    frames of the source, but for the `frames` of RenderData, which are the device's; rates in Hz; signed 32
-// bits. Threads  RenderData [device]: allocates nothing, asks the source for kChunkFrames at a time. The rest by the
-// owner while
-//          nothing renders.
+//          bits.
+// Threads  RenderData [device]: allocates nothing, asks the source for kChunkFrames at a time. The rest by the owner
+//          while nothing renders.
 // Failure  IsOk is false if the rates or the channel count are not to be converted; RenderData gives silence then.
 #pragma once
 #include <memory>

@@ -1,7 +1,8 @@
 // The one place that speaks to RtAudio, of both generations: 5 throws and counts devices, 6 returns codes and gives
-// ids. Every exception ends here. A session is one RtAudio object with one open stream. Units    frames, Hz Threads
-// [any], one at a time; every call may hang in the library, so callers go through RunBounded. Failure  false or an
-// empty list
+// ids. Every exception ends here. A session is one RtAudio object with one open stream.
+// Units    frames, Hz
+// Threads  [any], one at a time; every call may hang in the library, so callers go through RunBounded.
+// Failure  false or an empty list
 #pragma once
 #include <memory>
 #include <string>

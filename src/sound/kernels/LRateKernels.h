@@ -1,7 +1,6 @@
 // The 63-tap filter of the rate converter over one block of 16-bit samples, one output frame after the other.
 // Law      first = sum of taps 0..31, second = sum of taps 32..62; out = ((first >> 1) + (second >> 1) + rounding) >>
-// shift,
-//          all of it exact. The two middle taps stand apart, since only they exceed 16 bits.
+//          shift, all of it exact. The two middle taps stand apart, since only they exceed 16 bits.
 // Units    index and endIndex in input frames of the block, phase in units of 1 / phases of one.
 // Threads  [any]; no allocation.
 #pragma once

@@ -1,8 +1,7 @@
 // The toolkit without a window: state stays in the plain classes, conversations are answered from a script, and what
 // would have been shown is told as lines of text.
 // Law      answers are taken in the order given. Without one an alert gets its first button, a file dialog, a pop-up
-// and
-//          a dialog are cancelled.
+//          and a dialog are cancelled.
 // Units    text is measured as kCharacterPx by kLinePx at scale 1.
 // Threads  [main]
 #pragma once

@@ -1,8 +1,7 @@
 // A key press of Qt as the program's key.
 // Law      keys without a character give their fixed code, the keypad counts as the main keys, modifiers alone give
-// only
-//          themselves. Other keys give what they give unshifted: asked of the X server where there is one, else Qt's
-//          key.
+//          only themselves. Other keys give what they give unshifted: asked of the X server where there is one, else
+//          Qt's key.
 // Threads  [main]
 #pragma once
 #include "foundation/LKey.h"
