@@ -1,4 +1,5 @@
 // Which deck: 0 is A, 1 is B. Also the deck's id in the mixer.
+// Threads  [any]
 #pragma once
 
 using DJDeckPosition = int;
