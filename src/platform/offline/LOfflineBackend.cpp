@@ -6,10 +6,29 @@
 #include "foundation/LText.h"
 #include "foundation/LThreadRole.h"
 
-class LOfflineBackend::Output final : public LSoundOutputStream {
+// What both kinds of stream share: they are switched on and off while another thread may render.
+template <class Stream>
+class LOfflineBackend::Switched : public Stream {
+ public:
+  explicit Switched(LOfflineBackend& backend) : backend_(backend) {}
+  bool Start() override {
+    std::lock_guard lock(backend_.mutex_);
+    return running_ = true;
+  }
+  void Stop() override {
+    std::lock_guard lock(backend_.mutex_);
+    running_ = false;
+  }
+
+ protected:
+  LOfflineBackend& backend_;
+  bool running_ = false;
+};
+
+class LOfflineBackend::Output final : public Switched<LSoundOutputStream> {
  public:
   Output(LOfflineBackend& backend, int device, const LSoundStreamFormat& format, LSoundRenderer& renderer)
-      : backend_(backend),
+      : Switched(backend),
         device_(std::max(device, 0)),
         channels_(format.channels),
         renderer_(renderer),
@@ -22,14 +41,6 @@ class LOfflineBackend::Output final : public LSoundOutputStream {
     std::erase(backend_.outputs_, this);
   }
 
-  bool Start() override {
-    std::lock_guard lock(backend_.mutex_);
-    return running_ = true;
-  }
-  void Stop() override {
-    std::lock_guard lock(backend_.mutex_);
-    running_ = false;
-  }
   void Reset() override {}
   int MaxSliceFrames() const override { return kWantedSliceFrames; }
   int DeviceChannels() const override { return backend_.deviceChannels_; }
@@ -42,18 +53,16 @@ class LOfflineBackend::Output final : public LSoundOutputStream {
   }
 
  private:
-  LOfflineBackend& backend_;
   int device_;
   int channels_;
   LSoundRenderer& renderer_;
   std::vector<int> block_;
-  bool running_ = false;
 };
 
-class LOfflineBackend::Input final : public LSoundInputStream {
+class LOfflineBackend::Input final : public Switched<LSoundInputStream> {
  public:
   Input(LOfflineBackend& backend, int channels, LSoundInputReceiver& receiver)
-      : backend_(backend), channels_(channels), receiver_(receiver) {
+      : Switched(backend), channels_(channels), receiver_(receiver) {
     const std::size_t frames = kMaxBlockFrames;
     samples_.resize(frames * backend_.input_.GetChannels());
     floats_.resize(frames * std::size_t(channels));
@@ -65,14 +74,6 @@ class LOfflineBackend::Input final : public LSoundInputStream {
     std::erase(backend_.inputs_, this);
   }
 
-  bool Start() override {
-    std::lock_guard lock(backend_.mutex_);
-    return running_ = true;
-  }
-  void Stop() override {
-    std::lock_guard lock(backend_.mutex_);
-    running_ = false;
-  }
   int SampleRate() const override { return backend_.input_.GetSampleRate(); }
 
   void Feed(int frames) {
@@ -87,12 +88,10 @@ class LOfflineBackend::Input final : public LSoundInputStream {
   }
 
  private:
-  LOfflineBackend& backend_;
   int channels_;
   LSoundInputReceiver& receiver_;
   std::vector<int> samples_;
   std::vector<float> floats_;
-  bool running_ = false;
 };
 
 void LOfflineBackend::SetCapture(int device, Capture capture) {

@@ -30,6 +30,8 @@ class LOfflineBackend final : public LSoundBackend {
                                                LSoundInputReceiver& receiver) override;
 
  private:
+  template <class Stream>
+  class Switched;
   class Output;
   class Input;
   LMutex mutex_;  // the recorder opens and closes its input on its own thread
