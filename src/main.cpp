@@ -24,6 +24,7 @@
 #include "shell/MainDialog.h"
 #include "shell/TCommandLine.h"
 #include "shell/THelperForms.h"
+#include "sound/LSoundPlayDevice.h"
 #include "toolkit/headless/LHeadlessToolkit.h"
 #include "toolkit/qt/LQtToolkit.h"
 
@@ -134,6 +135,12 @@ int RunOffline(const Run& run) {
   return RunDialog(run, folders);
 }
 
+// Of "--device NAME" or "--device jack:NAME".
+std::string DeviceName(const std::string& option) {
+  constexpr std::string_view kJack = "jack:";
+  return option.starts_with(kJack) ? option.substr(kJack.size()) : option;
+}
+
 int RunRealTime(Run& run, bool window) {
   LRealClock clock;
   LMainLoop loop(clock);
@@ -146,6 +153,10 @@ int RunRealTime(Run& run, bool window) {
   services.soundBackend = backend.get();
   services.priorities = &priorities;
   LPlatform::Fill(services);
+  std::string& device = run.options.device;
+  device = DeviceName(device);
+  if (!device.empty() && LSoundPlayDevice::GetListDeviceIndex(device) == 0)
+    return WrongUsage("Das Gerät \"" + device + "\" gibt es nicht. Die Geräte nennt --list-devices.");
   std::unique_ptr<LToolkit> toolkit;
   if (window) {
     toolkit = std::make_unique<LQtToolkit>(run.argumentCount, run.arguments);

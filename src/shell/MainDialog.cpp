@@ -58,9 +58,7 @@ void MainDialog::InitDialog() {
   RestoreFrame("MainWindow");
   LayoutControls(Width(), Height());
   if (options_.device.empty() && LPlatform::SoundBackend().Name() == "null") TimerSet(kNoDeviceTimer, 0);
-  constexpr std::string_view kJack = "jack:";
-  console_->SetDeviceOverride(options_.device.starts_with(kJack) ? options_.device.substr(kJack.size())
-                                                                 : options_.device);
+  console_->SetDeviceOverride(options_.device);
   console_->UpdateDevice();
   record_.PrepareFolder();
   EnableControls();

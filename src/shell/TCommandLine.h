@@ -11,7 +11,7 @@ struct TStartOptions {
   bool demo = false;
   bool headless = false, offline = false;
   std::string dataFolder;
-  std::string device;
+  std::string device;  // as given; MainDialog gets a name of the list
   std::string recordPath;
   std::string scriptPath;  // "-" is standard input
   std::optional<double> durationSeconds;
