@@ -89,7 +89,7 @@ TStartOptions TCommandLine::Parse(const std::vector<std::string>& arguments, std
   error.clear();
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
-    if (argument.rfind("-", 0) != 0 || argument == "-") {
+    if (!argument.starts_with('-') || argument == "-") {
       options.tracks.push_back(argument);
       continue;
     }
