@@ -69,7 +69,7 @@ std::vector<std::string> DefaultChannelNames(int channels) {
   if (channels == 1) return {"Mono"};
   if (channels == 2) return {"Links", "Rechts"};
   std::vector<std::string> names;
-  names.reserve(std::size_t(channels));
+  names.reserve(std::size_t(std::max(channels, 0)));
   for (int channel = 0; channel < channels; ++channel) names.push_back(ChannelNameFromLabel(0, channel));
   return names;
 }
