@@ -17,7 +17,7 @@ void LSoundSourceBase::WaitForStreamingData(int ms) { LProcessInterfaceVoid().Pr
 LSoundSource::LSoundSource(LSoundError error) : LSoundSource(new LSoundSourceError(error)) {}
 
 LSoundSource& LSoundSource::operator=(const LSoundSource& other) {  // NOLINT(bugprone-unhandled-self-assignment)
-  ++other.source_->references_;  // first, so that self-assignment is safe
+  ++other.source_->references_;                                     // first, so that self-assignment is safe
   Drop();
   source_ = other.source_;
   return *this;
