@@ -1,10 +1,7 @@
 #include "screens/DJConsoleGUI.h"
 
 #include "control/TAVIID.h"
-#include "control/TKeyTable.h"
-#include "foundation/LKey.h"
 #include "foundation/LPlatform.h"
-#include "foundation/LText.h"
 #include "screens/DJTheme.h"
 #include "sound/LSoundTime.h"
 
@@ -22,11 +19,6 @@ std::string RecordText(std::uint32_t ms) {
   std::string time = LSoundTimeText::GetTextHMMSS(int(ms));
   if (ms >= kHourMs) return time;
   return "Aufnahme " + time.substr(ms < kTenMinutesMs ? 3 : 2);
-}
-
-void SetTip(LCoolButton& button) {
-  const std::string key = LKey(TKeyTable::FindByCommand(button.Id()).key).GetDisplayText();
-  button.SetToolTip(LText::Format("%s (%s)", button.GetAccessibleName().c_str(), key.c_str()));
 }
 
 }  // namespace
@@ -54,7 +46,7 @@ DJConsoleGUI::DJConsoleGUI(LWindow& parent, DJPanelHost& host)
 }
 
 void DJConsoleGUI::UpdateToolTips() {
-  for (LCoolButton* button : {&record_, &safeLive_, &microphone_}) SetTip(*button);
+  for (LCoolButton* button : {&record_, &safeLive_, &microphone_}) button->ShowKeyInToolTip();
   crossFader_.SetToolTip("Crossfader; Doppelklick: Mitte");
   master_.SetToolTip("Gesamtlautstärke; Doppelklick: 0 dB");
   headphone_.SetToolTip("Kopfhörerlautstärke; Doppelklick: 0 dB");

@@ -3,9 +3,7 @@
 #include <algorithm>
 
 #include "control/TAVIID.h"
-#include "control/TKeyTable.h"
 #include "foundation/LFile.h"
-#include "foundation/LKey.h"
 #include "foundation/LText.h"
 #include "screens/DJTheme.h"
 
@@ -16,13 +14,6 @@ constexpr int kRowParts = 6;  // half of them for the play button, as long as th
 
 // Of the two ids of a command, the deck's.
 int IdOf(DJDeckPosition deck, TAVIID ofA, TAVIID ofB) { return deck == kDeckA ? ofA : ofB; }
-
-void SetTip(LCoolButton& button) {
-  const TKeyCommand& row = TKeyTable::FindByCommand(button.Id());
-  const std::string key = LKey(row.key).GetDisplayText();
-  const std::string& name = button.GetAccessibleName();
-  button.SetToolTip(key.empty() ? name : LText::Format("%s (%s)", name.c_str(), key.c_str()));
-}
 
 }  // namespace
 
@@ -86,7 +77,7 @@ void DJDeckGUI::UpdateHeadphones() { headphones_.SetOn(deck_.IsHeadphoneOn()); }
 void DJDeckGUI::UpdatePosition() { info_.SetDeckTime(LSoundTimeFromFrames(deck_.GetPlayPosition(), kDeckRate)); }
 
 void DJDeckGUI::UpdateToolTips() {
-  for (LCoolButton* button : {&play_, &jump_, &headphones_, &load_}) SetTip(*button);
+  for (LCoolButton* button : {&play_, &jump_, &headphones_, &load_}) button->ShowKeyInToolTip();
   volume_.SetToolTip("Lautstärke; Doppelklick: 0 dB");
 }
 

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "control/TKeyTable.h"
+#include "foundation/LKey.h"
+#include "foundation/LText.h"
 #include "screens/DJTheme.h"
 
 namespace {
@@ -113,6 +116,12 @@ LCoolButton::Look LCoolButton::GetLook() const {
                           : lit_,
             DJTheme::kDark};
   return {down ? DJTheme::kButtonDown : IsHovered() ? DJTheme::kButtonHot : DJTheme::kButton, DJTheme::kText};
+}
+
+void LCoolButton::ShowKeyInToolTip() {
+  const std::string key = LKey(TKeyTable::FindByCommand(Id()).key).GetDisplayText();
+  const std::string& name = GetAccessibleName();
+  SetToolTip(key.empty() ? name : LText::Format("%s (%s)", name.c_str(), key.c_str()));
 }
 
 void LCoolButton::EvPaint(LPaintContext& context) {

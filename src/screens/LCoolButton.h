@@ -17,6 +17,7 @@ class LCoolButton final : public LPaintControl {
   bool IsOn() const { return on_; }
   void SetIcon(Icon icon);
   void SetCaption(const std::string& caption);  // beside the icon
+  void ShowKeyInToolTip();                      // the button's name with the key of its command
   const std::string& GetCaption() const { return caption_; }
   int BestWidth() const;  // at which the caption is whole
 
