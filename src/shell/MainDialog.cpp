@@ -21,9 +21,10 @@
 namespace {
 
 // Timers of the window.
-constexpr int kNoDeviceTimer = 34, kPostInitTimer = 36, kDurationTimer = 60, kScreenshotTimer = 61;
+constexpr int kNoDeviceTimer = 34, kPostInitTimer = 36, kDurationTimer = 60, kScreenshotTimer = 61, kDeviceTimer = 62;
 constexpr int kPostInitRetryMs = 200;
 constexpr int kScreenshotAfterMs = 2000;
+constexpr int kDeviceMessageMs = 500;
 constexpr int kSpeakingDropDb = 6;  // the music steps back while somebody speaks
 
 }  // namespace
@@ -74,6 +75,7 @@ void MainDialog::PostInitDialog() {
   LoadTracksOfCommandLine();
   if (options_.durationSeconds) TimerSet(kDurationTimer, int(std::min(*options_.durationSeconds * 1000, 2e9)));
   if (!options_.screenshotPath.empty() && !hasScript_) TimerSet(kScreenshotTimer, kScreenshotAfterMs);
+  ShowDeviceMessage();
   if (hasScript_) script_.Start();
 }
 
@@ -90,6 +92,8 @@ void MainDialog::EvTimer(int id) {
       return TimerSet(kPostInitTimer, kPostInitRetryMs);
     case kDurationTimer:
       return EndRun();
+    case kDeviceTimer:
+      return ShowDeviceMessage();
     case kScreenshotTimer:
       return TakeScreenshot();
     default:
@@ -333,9 +337,11 @@ void MainDialog::djcntfStop(DJDeck&) {
   if (!console_->IsAnyDeckPlaying()) consoleGui_->ClearLevels();
 }
 
-void MainDialog::djcntfTime() {
+// By a timer of its own: a lost device reports no time.
+void MainDialog::ShowDeviceMessage() {
   const std::string message = LPlatform::SoundBackend().TakeMessage();
   if (!message.empty()) ShowInfoLine(message);
+  TimerSet(kDeviceTimer, kDeviceMessageMs);
 }
 
 void MainDialog::PanelDeckVolume(DJDeckPosition position, LLevel level) {

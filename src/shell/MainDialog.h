@@ -71,6 +71,7 @@ class MainDialog final : public LMainWindow,
   void PostInitDialog();
   void LoadTracksOfCommandLine();
   void ShowNoDeviceAlert();
+  void ShowDeviceMessage();
   void EndRun();
   void TakeScreenshot();
   void CheckMenuItems();
@@ -85,7 +86,6 @@ class MainDialog final : public LMainWindow,
   // The engine.
   void djcntfLevel(const LLevels& levels, long id) override;
   void djcntfStop(DJDeck& deck) override;
-  void djcntfTime() override;
   bool djcntfIsRecording() override { return console_->IsRecording(); }
   void djcntfShowMessage(const char* text, const char* title) override { Alert(title, text); }
   // The panels.

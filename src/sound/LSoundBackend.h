@@ -7,7 +7,7 @@
 //          LSoundInputReceiver are called on [device] (offline: on the main loop, in that role). The render callback
 //          copies, writes one pipe byte, takes no lock but the render lock, allocates and posts nothing.
 // Failure  a failure is false or a null stream; nothing throws. A device that vanishes stops calling back; the backend
-//          looks for it and then for the default device every 2 s, and says so through LastMessage.
+//          looks for it and then for the default device every 2 s, and says so through TakeMessage.
 #pragma once
 #include <memory>
 #include <string>

@@ -133,6 +133,13 @@ TEST(MainDialog, ATrackThatEndsStopsItsDeckAndPlaysAgainFromTheStart) {
             std::string::npos);
 }
 
+TEST(MainDialog, ALostDeviceIsToldThoughItReportsNothingAnyMore) {
+  ShellRig rig;
+  rig.platform.backend.SetMessage("Das Gerät fehlt");
+  rig.Run("0 crossfade 50\n1 quit\n");  // nothing plays: no time is reported
+  EXPECT_TRUE(rig.Logged("Das Gerät fehlt"));
+}
+
 TEST(MainDialog, AFullDiskEndsTheRecordingWithAMessageAndTheMixPlaysOn) {
   ShellRig rig;
   const std::string a = rig.Track("a.wav", 440, 30);

@@ -4,6 +4,7 @@
 // Threads  [main]; rendering takes the device's role.
 #pragma once
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "foundation/LMutex.h"
@@ -19,9 +20,11 @@ class LOfflineBackend final : public LSoundBackend {
 
   void SetCapture(int device, Capture capture);  // every rendered slice of that device
   void SetInput(const LSoundSource& source) { input_ = source; }
-  void RenderSlice(int frames);  // every running stream, in the order opened
+  void SetMessage(std::string message) { message_ = std::move(message); }  // about a lost device, for the user
+  void RenderSlice(int frames);                                            // every running stream, in the order opened
 
   std::string Name() const override { return "offline"; }
+  std::string TakeMessage() override { return std::exchange(message_, {}); }
   std::vector<LSoundDeviceInfo> OutputDevices() override;
   std::vector<LSoundDeviceInfo> InputDevices() override;
   std::unique_ptr<LSoundOutputStream> OpenOutput(int device, const LSoundStreamFormat& format,
@@ -40,4 +43,5 @@ class LOfflineBackend final : public LSoundBackend {
   std::vector<Input*> inputs_;
   std::vector<Capture> captures_;  // by device
   LSoundSource input_;
+  std::string message_;
 };
