@@ -85,7 +85,9 @@ void WindowTest::SetUp() {
     ::dup2(told[1], 3);
     const int nothing = ::open("/dev/null", O_WRONLY);
     ::dup2(nothing, 2);
-    ::execlp("Xvfb", "Xvfb", "-displayfd", "3", "-screen", "0", "2560x1440x24", "-nolisten", "tcp", nullptr);
+    // Without -noreset the server starts anew when its last client is killed, and refuses the next one meanwhile.
+    ::execlp("Xvfb", "Xvfb", "-noreset", "-displayfd", "3", "-screen", "0", "2560x1440x24", "-nolisten", "tcp",
+             nullptr);
     ::_exit(127);
   }
   ::close(told[1]);
