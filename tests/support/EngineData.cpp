@@ -60,6 +60,7 @@ std::vector<int> Make(const std::string& recipe) {
     for (int frame = 0; frame < int(frames); ++frame) samples.insert(samples.end(), {frame, -frame - 1});
     return samples;
   }
+  if (words[0] == "silence") return std::vector<int>(frames * channels);
   if (words[0] != "silence_lcg") Fail("unknown recipe " + recipe);
   const auto lead = std::size_t(values["lead"]);
   std::vector<int> samples(lead * channels);
@@ -92,7 +93,7 @@ class EngineData {
       data.inputs_[row[2]].recipe = row[3];
     } else {
       auto& arrays = row[0] == "in" ? data.inputs_ : data.outputs_;
-      arrays[row[2]] = {row[3], row[5], "", std::stoul(row[4]), std::stoul(row[6])};
+      arrays[row[2]] = {row[3], row[5], "", row.size() > 7 ? row[7] : "abs 0", std::stoul(row[4]), std::stoul(row[6])};
     }
   }
 };
@@ -130,6 +131,16 @@ std::vector<int> Engine::Noise(unsigned seed, long long amplitude, std::size_t c
 int EngineCase::Int(const std::string& key, int fallback) const {
   const auto found = params_.find(key);
   return found == params_.end() ? fallback : std::stoi(found->second);
+}
+
+double EngineCase::Decimal(const std::string& key) const {
+  const auto found = params_.find(key);
+  return found == params_.end() ? 0 : std::stod(found->second);
+}
+
+std::pair<std::string, double> EngineCase::Tolerance(const std::string& name) const {
+  const std::vector<std::string> words = SplitAt(outputs_.at(name).tolerance, ' ');
+  return {words.at(0), std::stod(words.at(1))};
 }
 
 std::string EngineCase::Text(const std::string& key) const {

@@ -3,6 +3,7 @@
 #pragma once
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct EngineStep {
@@ -18,6 +19,9 @@ class EngineCase {
   int Int(const std::string& key, int fallback = 0) const;
   std::string Text(const std::string& key) const;
   std::vector<EngineStep> Steps() const;
+  double Decimal(const std::string& key) const;  // 0: not given
+  // How far an output of floating point may lie off: "abs", "rel" or "rms" (of the difference, relative), and the bound.
+  std::pair<std::string, double> Tolerance(const std::string& name) const;
   bool HasOut(const std::string& name) const { return outputs_.count(name) > 0; }
   template <class T = int>
   std::vector<T> In(const std::string& name) const;  // stored, or made by its recipe
@@ -27,7 +31,7 @@ class EngineCase {
  private:
   friend class EngineData;
   struct Array {
-    std::string type, file, recipe;
+    std::string type, file, recipe, tolerance;
     std::size_t count = 0, offset = 0;
   };
   template <class T>
