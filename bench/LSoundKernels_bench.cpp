@@ -3,8 +3,7 @@
 
 #include <vector>
 
-#include "sound/LConvertRateBase.h"
-#include "sound/kernels/LRateKernels.h"
+#include "sound/LRateRows.h"
 #include "sound/kernels/LSoundKernels.h"
 
 namespace {
@@ -50,17 +49,17 @@ void AddForm(const LSoundKernels& form) {
 
 class RateTable final : public LConvertRateBase {
  public:
-  RateTable() : LConvertRateBase(44100, 48000, kRateTaps, false, false) {}
+  RateTable() : LConvertRateBase(44100, 48000, kRateTaps, false, false, Rows::OnRequest) {}
 };
 
 void BM_Filter(benchmark::State& state, const LRateKernels* kernels, bool stereo) {
   const RateTable table;
-  const std::vector<LRateRow> rows = MakeRateRows(table);
+  LRateRows rows(table);
   const std::vector<std::int16_t> plane(kCount + kRateRowTaps, 1234);
   std::vector<int> out(kCount * 2);
   for (auto _ : state) {
-    const LRateRun run{rows.data(), table.Phases(), table.Step(), kCount, 11};
-    LRateCursor cursor{0, 0};
+    const LRateRun run{&rows, table.Phases(), table.Step(), kCount, 11};
+    LRateCursor cursor{0, 0, 0};
     if (stereo)
       kernels->stereo(run, cursor, plane.data(), plane.data(), out.data(), kCount);
     else

@@ -11,22 +11,18 @@ constexpr Real kUnity = 65536;
 constexpr int kMaxApproximatePhases = 255;
 constexpr double kGoodEnough = 1e-5;  // of the ratio
 
-struct Window {
-  Real cutoff, angular, gain, beta;
-};
-
-// The modified Bessel function of order 0, by its series to x^12.
+// The modified Bessel function of order 0, by the start of its series.
 Real I0(Real x) {
   const Real square = x * x;
   Real term = 1, sum = 1;
-  for (int k = 1; k <= 6; ++k) {
+  for (int k = 1; k <= kRateBesselTerms; ++k) {
     term *= square / (4 * k * k);
     sum += term;
   }
   return sum;
 }
 
-Window DownWindow(int sourceRate, int targetRate, bool wideTransition) {
+LRateWindow DownWindow(int sourceRate, int targetRate, bool wideTransition) {
   constexpr Real kBeta = 4.538L;
   const Real ratio = Real(targetRate) / sourceRate;
   Real cutoff = ratio - (wideTransition ? 0.09375L : 0.046875L);
@@ -34,28 +30,24 @@ Window DownWindow(int sourceRate, int targetRate, bool wideTransition) {
   return {cutoff, std::acos(Real(-1)) * cutoff, kUnity * cutoff / I0(kBeta), kBeta};
 }
 
-Window UpWindow() {
+LRateWindow UpWindow() {
   constexpr Real kBeta = 2.12L;
   return {0.975L, 3.0630528372500483L, 63897.6L / I0(kBeta), kBeta};
-}
-
-int Coefficient(const Window& window, Real t, int half) {
-  if (t == 0) return int(kUnity * window.cutoff + 0.5L);
-  const Real angle = window.angular * t;
-  const Real edge = Real(half + 1);
-  const Real value = std::sin(angle) / angle * window.gain * I0(window.beta * std::sqrt(1 - t * t / (edge * edge)));
-  return int(value < 0 ? value - 0.5L : value + 0.5L);
 }
 
 int RoundHalfUp(double value) { return int(std::floor(value + 0.5)); }
 
 }  // namespace
 
-LConvertRateBase::LConvertRateBase(int sourceRate, int targetRate, int taps, bool wideTransition, bool approximate)
-    : taps_(taps) {
+LConvertRateBase::LConvertRateBase(int sourceRate, int targetRate, int taps, bool wideTransition, bool approximate,
+                                   Rows rows)
+    : taps_(taps), window_(sourceRate >= targetRate ? DownWindow(sourceRate, targetRate, wideTransition) : UpWindow()) {
   approximate ? FindApproximate(sourceRate, targetRate) : FindExact(sourceRate, targetRate);
   if (step_ == 0) step_ = 1;
-  BuildTable(sourceRate, targetRate, wideTransition);
+  if (rows == Rows::OnRequest) return;
+  table_.reserve(std::size_t(phases_) * std::size_t(taps_));
+  for (int phase = 0; phase < phases_; ++phase)
+    for (int tap = 0; tap < taps_; ++tap) table_.push_back(Coefficient(phase, tap));
 }
 
 void LConvertRateBase::FindExact(int sourceRate, int targetRate) {
@@ -75,11 +67,12 @@ void LConvertRateBase::FindApproximate(int sourceRate, int targetRate) {
   step_ = RoundHalfUp(ratio * phases_);
 }
 
-void LConvertRateBase::BuildTable(int sourceRate, int targetRate, bool wideTransition) {
-  const Window window = sourceRate >= targetRate ? DownWindow(sourceRate, targetRate, wideTransition) : UpWindow();
+int LConvertRateBase::Coefficient(int phase, int tap) const {
   const int half = taps_ / 2;
-  table_.reserve(std::size_t(phases_) * std::size_t(taps_));
-  for (int phase = 0; phase < phases_; ++phase)
-    for (int tap = 0; tap < taps_; ++tap)
-      table_.push_back(Coefficient(window, Real(tap - half) - Real(phase) / phases_, half));
+  const Real t = Real(tap - half) - Real(phase) / phases_;
+  if (t == 0) return int(kUnity * window_.cutoff + 0.5L);
+  const Real angle = window_.angular * t;
+  const Real edge = Real(half + 1);
+  const Real value = std::sin(angle) / angle * window_.gain * I0(window_.beta * std::sqrt(1 - t * t / (edge * edge)));
+  return int(value < 0 ? value - 0.5L : value + 0.5L);
 }

@@ -17,6 +17,7 @@ constexpr int kMaxSampleMagnitude = 32767, kMaxShift = 15;
 constexpr int kHalfTaps = 32;
 
 long long FloorDivide(long long a, long long b) { return a / b - (a % b < 0 ? 1 : 0); }
+long long FloorRest(long long a, long long b) { return a - FloorDivide(a, b) * b; }
 
 int Held(long long frames) { return int(std::clamp<long long>(frames, INT32_MIN, INT32_MAX)); }
 
@@ -33,17 +34,18 @@ LSoundSource LSPConvertRate::OpenSource(LSoundSource& input) {
 LSRCConvertRate::LSRCConvertRate(const LSoundSource& input, int targetRate, bool wideTransition, bool approximate)
     : LSoundProcessBase(input),
       LConvertRateBase(input.GetSampleRate(), targetRate < 1 ? kDeckRate : targetRate, kRateTaps, wideTransition,
-                       approximate),
-      rows_(MakeRateRows(*this)),
+                       approximate, Rows::OnRequest),
+      rows_(*this),
       block_(std::size_t(kOverlapFrames + kMaxBlockFrames) * GetChannels()),
       planes_(std::size_t(kPlaneFrames) * GetChannels()) {
   SetSampleRate(targetRate < 1 ? kDeckRate : targetRate);
-  if (targetRate < 1) SetError(lseDamaged);
+  if (targetRate < 1 || !rows_.IsOk()) SetError(lseDamaged);
   if (input.GetPeak() <= 0x100000) SetPeak(2 * input.GetPeak());
 }
 
 void LSRCConvertRate::Read(int* out, int frames) {
-  while (frames > 0) {
+  if (!rows_.IsOk()) std::fill_n(out, frames * GetChannels(), 0);
+  while (frames > 0 && rows_.IsOk()) {
     const int made = Convert(out, frames);
     out += made * GetChannels();
     frames -= made;
@@ -53,7 +55,7 @@ void LSRCConvertRate::Read(int* out, int frames) {
 
 int LSRCConvertRate::Convert(int* out, int frames) {
   if (!narrow_) return ConvertWide(out, frames);
-  const LRateRun run{rows_.data(), Phases(), Step(), blockFrames_, kMaxShift - shift_};
+  const LRateRun run{&rows_, Phases(), Step(), blockFrames_, kMaxShift - shift_};
   const LRateKernels& kernels = *Kernels().rate;
   const int channels = GetChannels();
   if (channels == 2) return kernels.stereo(run, cursor_, planes_.data(), planes_.data() + kPlaneFrames, out, frames);
@@ -66,7 +68,7 @@ int LSRCConvertRate::Convert(int* out, int frames) {
   return made;
 }
 
-// The law as it stands, for the rare block whose rounded samples just miss 16 bits, and for tables beyond the kernels.
+// The law as it stands, for the rare block whose rounded samples just miss 16 bits.
 int LSRCConvertRate::ConvertWide(int* out, int frames) {
   const int channels = GetChannels();
   const int outShift = kMaxShift - shift_;
@@ -75,14 +77,15 @@ int LSRCConvertRate::ConvertWide(int* out, int frames) {
     cursor_.index += cursor_.phase / Phases();
     cursor_.phase %= Phases();
     if (cursor_.index >= blockFrames_) return made;
-    const int* row = Row(cursor_.phase);
+    const LRateRow& row = rows_.Row(cursor_.row);
     for (int channel = 0; channel < channels; ++channel) {
       const int* in = block_.data() + std::size_t(cursor_.index) * std::size_t(channels) + channel;
       long long sums[2] = {0, 0};
-      for (int tap = 0; tap < kRateTaps; ++tap) sums[tap / kHalfTaps] += (long long)row[tap] * in[tap * channels];
+      for (int tap = 0; tap < kRateTaps; ++tap) sums[tap / kHalfTaps] += (long long)row.Tap(tap) * in[tap * channels];
       *out++ = int(((sums[0] >> 1) + (sums[1] >> 1) + rounding) >> outShift);
     }
     cursor_.phase += Step();
+    cursor_.row = (cursor_.row + 1) % Phases();
   }
   return frames;
 }
@@ -122,7 +125,7 @@ void LSRCConvertRate::ScaleBlock(int frames) {
   shift_ = 0;
   while (shift_ < kMaxShift && peak >> shift_ > kMaxSampleMagnitude) ++shift_;
   const long long half = (1 << shift_) / 2;
-  narrow_ = !rows_.empty() && (peak + half) >> shift_ <= kMaxSampleMagnitude;
+  narrow_ = (peak + half) >> shift_ <= kMaxSampleMagnitude;
   if (narrow_) {
     for (int channel = 0; channel < channels; ++channel)
       Kernels().rate->split(planes_.data() + channel * kPlaneFrames, block_.data() + channel, channels, frames, shift_);
@@ -134,7 +137,7 @@ void LSRCConvertRate::ScaleBlock(int frames) {
 void LSRCConvertRate::Seek(int frame) {
   const long long inPhases = (long long)frame * Step();
   long long inputFrame = FloorDivide(inPhases, Phases()) - (kCentre - 1);
-  cursor_ = {kCentre, int(inPhases - FloorDivide(inPhases, Phases()) * Phases())};
+  cursor_ = {kCentre, int(FloorRest(inPhases, Phases())), int(FloorRest(frame, Phases()))};
   if (inputFrame < 0) {
     --inputFrame;
     cursor_.phase += Phases();

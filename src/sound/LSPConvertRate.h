@@ -1,17 +1,18 @@
 // Another sample rate, pulled: a polyphase filter of 63 taps over blocks of the input.
 // Signal   block floating point: the peak of a block and of the 63 frames before it sets a common shift that brings
 //          them to 16 bits, so that every product fits 32 bits and levels above full scale keep their headroom.
-// Law      see LConvertRateBase for the table, kernels/LRateKernels for the sum.
+// Law      see LConvertRateBase for the filter, kernels/LRateKernels for the sum.
 // Units    positions in frames of the target rate, block indices in frames of the input.
 // Threads  LSPConvertRate [main, worker]; LSRCConvertRate [player], Read allocates nothing.
-// Failure  a target below 1 gives lseDamaged at 44100 Hz.
+// Failure  a target below 1 gives lseDamaged at 44100 Hz; without memory for its rows a converter has lseDamaged, and is
+//          silent.
 #pragma once
 #include <cstdint>
 #include <vector>
 
 #include "sound/LConvertRateBase.h"
+#include "sound/LRateRows.h"
 #include "sound/LSoundProcess.h"
-#include "sound/kernels/LRateKernels.h"
 
 class LSPConvertRate final : public LSoundProcess {
  public:
@@ -45,12 +46,12 @@ class LSRCConvertRate final : public LSoundProcessBase, public LConvertRateBase 
   int Convert(int* out, int frames);
   int ConvertWide(int* out, int frames);
 
-  std::vector<LRateRow> rows_;        // empty: the table is beyond the kernels
-  std::vector<int> block_;            // overlap and block, interleaved
-  std::vector<std::int16_t> planes_;  // the same, one channel after the other, if narrow_
-  bool narrow_ = true;                // the kernels can have the block: it fits 16 bits, and the table its rows
-  int fill_ = 0;                      // frames since the count last wrapped: decides where blocks end
-  int blockFrames_ = 0;               // without the overlap
-  int shift_ = 0;                     // the block was scaled down by it
-  LRateCursor cursor_{kCentre, 0};    // index relative to the block's overlap
+  LRateRows rows_;
+  std::vector<int> block_;             // overlap and block, interleaved
+  std::vector<std::int16_t> planes_;   // the same, one channel after the other, if narrow_
+  bool narrow_ = true;                 // the kernels can have the block: it fits 16 bits
+  int fill_ = 0;                       // frames since the count last wrapped: decides where blocks end
+  int blockFrames_ = 0;                // without the overlap
+  int shift_ = 0;                      // the block was scaled down by it
+  LRateCursor cursor_{kCentre, 0, 0};  // index relative to the block's overlap
 };

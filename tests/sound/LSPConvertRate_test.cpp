@@ -55,6 +55,35 @@ TEST(LConvertRateBase, BuildsTheComputedTables) {
   }
 }
 
+TEST(LRateRows, AreTheTableToTheBitHoweverTheyAreReached) {
+  for (const auto& [from, to] : {std::pair{44100, 40833}, std::pair{44100, 47934}, std::pair{44100, 48000},
+                                 std::pair{48000, 44100}, std::pair{44100, 29989}, std::pair{96000, 6000}}) {
+    const RateTable table(from, to, kRateTaps, false, false);
+    for (const int stride : {1, 7}) {
+      LRateRows rows(table);
+      ASSERT_TRUE(rows.IsOk());
+      for (long long i = 0; i < table.Phases(); i += stride) {
+        const int number = int(i * 1009 % table.Phases());
+        const int* wanted = table.Row(int((long long)number * table.Step() % table.Phases()));
+        for (int tap = 0; tap < kRateTaps; ++tap)
+          ASSERT_EQ(rows.Row(number).Tap(tap), wanted[tap])
+              << from << " to " << to << ", row " << number << " tap " << tap;
+        ASSERT_EQ(rows.Row(number).taps[kRateTaps], 0);
+      }
+    }
+  }
+}
+
+TEST(LRateRows, MemoryThatIsNotThereGivesASilentSourceWithAnError) {
+  LSoundSource input(new TestSource(Engine::Noise(3, 300000, 2000), 44100, 2));
+  LSoundSource source = LSPConvertRate(2147483647).OpenSource(input);  // 256 GiB of rows
+  if (source.IsOk()) GTEST_SKIP() << "this machine has the memory";
+  std::vector<int> out(200, 7);
+  source.Read(out.data(), 100);
+  EXPECT_EQ(out, std::vector<int>(200, 0));
+  EXPECT_EQ(source.GetError(), lseDamaged);
+}
+
 TEST(LConvertRateBase, FindsApproximateRatios) {
   const EngineCase& data = Engine::Case("rate/phases/approximate");
   const std::vector<int> pairs = data.In("pairs");

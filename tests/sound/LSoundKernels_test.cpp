@@ -4,9 +4,8 @@
 
 #include <random>
 
-#include "sound/LSPConvertRate.h"
+#include "sound/LRateRows.h"
 #include "sound/LdB.h"
-#include "sound/kernels/LRateKernels.h"
 
 namespace {
 
@@ -103,9 +102,8 @@ TEST(LSoundKernels, EveryFormFiltersTheSame) {
     using LConvertRateBase::LConvertRateBase;
   };
   for (const auto& [from, to] : {std::pair{44100, 48000}, std::pair{48000, 44100}, std::pair{44100, 22050}}) {
-    const RateTable table(from, to, kRateTaps, false, false);
-    const std::vector<LRateRow> rows = MakeRateRows(table);
-    ASSERT_FALSE(rows.empty());
+    const RateTable table(from, to, kRateTaps, false, false, LConvertRateBase::Rows::OnRequest);
+    LRateRows rows(table);
     for (const bool extreme : {false, true}) {
       std::mt19937 random(8);
       std::vector<std::int16_t> left(200), right(200);
@@ -114,13 +112,14 @@ TEST(LSoundKernels, EveryFormFiltersTheSame) {
         right[i] = static_cast<std::int16_t>(extreme ? -32768 : int(random() % 65536) - 32768);
       }
       ForEveryFormOffsetAndCount([&](const LSoundKernels& form, int offset, int count) {
-        const LRateRun run{rows.data(), table.Phases(), table.Step(), 80, offset};
-        LRateCursor plainEnd{offset, offset * 5}, otherEnd = plainEnd;
+        const LRateRun run{&rows, table.Phases(), table.Step(), 80, offset};
+        LRateCursor plainEnd{offset, offset * 5, 0}, otherEnd = plainEnd;
         std::vector<int> plain(200), other(200);
         const int made = Plain().rate->stereo(run, plainEnd, left.data(), right.data(), plain.data(), count);
         ASSERT_EQ(form.rate->stereo(run, otherEnd, left.data(), right.data(), other.data(), count), made);
-        ASSERT_TRUE(plain == other && plainEnd.index == otherEnd.index && plainEnd.phase == otherEnd.phase);
-        LRateCursor monoEnd{offset, offset * 5};
+        ASSERT_TRUE(plain == other && plainEnd.index == otherEnd.index && plainEnd.phase == otherEnd.phase &&
+                    plainEnd.row == otherEnd.row);
+        LRateCursor monoEnd{offset, offset * 5, 0};
         ASSERT_EQ(form.rate->mono(run, monoEnd, right.data(), other.data() + 1, 2, count), made);
         ASSERT_EQ(plain, other) << "mono, offset " << offset << " count " << count;
       });

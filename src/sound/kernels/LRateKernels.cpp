@@ -1,9 +1,6 @@
 #include "sound/kernels/LRateKernels.h"
 
-#include <cstdlib>
-#include <cstring>
-
-#include "sound/LConvertRateBase.h"
+#include "sound/LRateRows.h"
 #include "sound/LWrap.h"
 
 #if defined(__x86_64__)
@@ -12,40 +9,87 @@
 
 namespace {
 
-constexpr int kHalfTaps = 32, kMiddle = 31;
+constexpr int kHalfTaps = 32, kMiddle = kRateCentreTap;
+
+// Takes the middle two out of a row.
+struct BesideMiddle {
+  alignas(32) std::int16_t mask[kRateRowTaps];
+};
+constexpr BesideMiddle kBeside = [] {
+  BesideMiddle beside{};
+  for (int tap = 0; tap < kRateRowTaps; ++tap)
+    beside.mask[tap] = static_cast<std::int16_t>(tap == kMiddle || tap == kMiddle + 1 ? 0 : -1);
+  return beside;
+}();
+
+// I0(x) as a polynomial in x^2: coefficient k is 1 / (4^k k!^2).
+constexpr double BesselCoefficient(int k) { return k == 0 ? 1 : BesselCoefficient(k - 1) / (4.0 * k * k); }
+
+// The sine of every tap comes from the sine and cosine of the phase; the rest is arithmetic alike for all taps.
+[[gnu::always_inline]] inline bool MakeRowLoop(const LRateLaw& law, double fraction, double* __restrict values,
+                                               LRateRow& row) {
+  constexpr double kEdge = kHalfTaps;
+  const double angular = law.angular, gain = law.gain, betaSquared = law.betaSquared;
+  const double sine = std::sin(angular * fraction), cosine = std::cos(angular * fraction);
+  for (int tap = 0; tap < kRateRowTaps; ++tap) {
+    const double t = double(tap - kMiddle) - fraction;
+    const double square = betaSquared * (1 - t * t * (1 / (kEdge * kEdge)));
+    double bessel = BesselCoefficient(kRateBesselTerms);
+    for (int k = kRateBesselTerms - 1; k >= 0; --k) bessel = bessel * square + BesselCoefficient(k);
+    values[tap] = (law.sines[tap] * cosine - law.cosines[tap] * sine) / (angular * t) * gain * bessel;
+  }
+  int doubtful = 0;
+  for (int tap = 0; tap < kRateRowTaps; ++tap) {
+    const double moved = values[tap] + std::copysign(0.5, values[tap]);
+    const int whole = int(moved);
+    row.taps[tap] = static_cast<std::int16_t>(whole);
+    doubtful |= int(std::fabs(std::fabs(moved - whole) - 0.5) * 2 + 2 * kRateDoubt);  // 1 from 0.5 - kRateDoubt on
+  }
+  row.taps[kRateTaps] = 0;
+  return doubtful == 0;
+}
+
+bool MakeRowScalar(const LRateLaw& law, double fraction, double* values, LRateRow& row) {
+  return MakeRowLoop(law, fraction, values, row);
+}
 
 // Walks the block: calls make(row, index, number) for each output frame until they are made or the block is used up.
 template <class Make>
 [[gnu::always_inline]] inline int Walk(const LRateRun& run, LRateCursor& cursor, int frames, Make make) {
-  const LRateRow* const rows = run.rows;
+  const LRateRow* const rows = run.rows->Data();
   const int phases = run.phases, endIndex = run.endIndex;
   const int stepWhole = run.step / phases, stepRest = run.step % phases;
   int index = cursor.index + cursor.phase / phases;
   int phase = cursor.phase % phases;
+  int row = cursor.row;
   int made = 0;
   for (; made < frames && index < endIndex; ++made) {
-    make(rows[phase], index, made);
+    if (!rows[row].IsMade()) [[unlikely]]
+      run.rows->Make(row);
+    make(rows[row], index, made);
+    if (++row == phases) row = 0;
     phase += stepRest;
     const int carry = (phases - 1 - phase) >> 31;  // -1 or 0: a branch here would be mispredicted every dozen frames
     index += stepWhole - carry;
     phase -= phases & carry;
   }
-  cursor = {index, phase};
+  cursor = {index, phase, row};
   if (made < frames || made == 0) return made;
   // The step after the last frame is not yet taken: where the next one lies is decided in the next block.
   const long long last = (long long)index * phases + phase - run.step;
-  cursor = {int(last / phases), int(last % phases) + run.step};
+  cursor = {int(last / phases), int(last % phases) + run.step, row};
   return made;
 }
 
 [[gnu::always_inline]] inline int FilterPlain(const LRateRow& row, const std::int16_t* in, const LRateRun& run) {
-  int first = 0, second = 0;  // without the middle: MakeRateRows has seen to it that they fit
+  const auto beside = [&row](int tap) { return static_cast<std::int16_t>(row.taps[tap] & kBeside.mask[tap]); };
+  int first = 0, second = 0;
   for (int tap = 0; tap < kHalfTaps; ++tap) {
-    first += row.taps[tap] * in[tap];
-    second += row.taps[tap + kHalfTaps] * in[tap + kHalfTaps];
+    first += beside(tap) * in[tap];
+    second += beside(tap + kHalfTaps) * in[tap + kHalfTaps];
   }
-  const std::int64_t firstAll = std::int64_t{row.middle[0]} * in[kMiddle] + first;
-  const std::int64_t secondAll = std::int64_t{row.middle[1]} * in[kMiddle + 1] + second;
+  const std::int64_t firstAll = std::int64_t{row.Tap(kMiddle)} * in[kMiddle] + first;
+  const std::int64_t secondAll = std::int64_t{row.Tap(kMiddle + 1)} * in[kMiddle + 1] + second;
   return int(((firstAll >> 1) + (secondAll >> 1) + ((1 << run.shift) >> 1)) >> run.shift);
 }
 
@@ -109,7 +153,8 @@ L_AVX2 inline int TwoSamples(const std::int16_t* at) {
 // Gives lanes left, right, and two that are not used. By hand, since the plain loop adds up its lanes four times.
 L_AVX2 inline __m128i FilterAvx2(const LRateRow& row, const std::int16_t* left, const std::int16_t* right,
                                  __m128i shift) {
-  const __m256i taps[4] = {Load(row.taps), Load(row.taps + 16), Load(row.taps + 32), Load(row.taps + 48)};
+  const __m256i taps[4] = {Load(row.taps), _mm256_and_si256(Load(row.taps + 16), Load(kBeside.mask + 16)),
+                           _mm256_and_si256(Load(row.taps + 32), Load(kBeside.mask + 32)), Load(row.taps + 48)};
   __m256i leftFirst, leftSecond, rightFirst, rightSecond;
   Halves(taps, left, leftFirst, leftSecond);
   Halves(taps, right, rightFirst, rightSecond);
@@ -120,7 +165,7 @@ L_AVX2 inline __m128i FilterAvx2(const LRateRow& row, const std::int16_t* left, 
   // Lanes from here: left first, right first, left second, right second.
   const __m128i pairs = _mm_insert_epi32(_mm_cvtsi32_si128(TwoSamples(left + kMiddle)), TwoSamples(right + kMiddle), 1);
   const __m128i samples = _mm_shuffle_epi32(_mm_cvtepi16_epi32(pairs), _MM_SHUFFLE(3, 1, 2, 0));
-  const __m128i middleTaps = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(row.middle));
+  const __m128i middleTaps = _mm_cvtepu16_epi32(_mm_cvtsi32_si128(TwoSamples(row.taps + kMiddle)));
   const __m128i middle = _mm_mullo_epi32(samples, _mm_unpacklo_epi32(middleTaps, middleTaps));
   const __m128i halves = HalfOfSum(beside, middle);
   const __m128i total = HalfOfSum(halves, _mm_unpackhi_epi64(halves, halves));
@@ -144,6 +189,10 @@ L_AVX2 int MonoAvx2(const LRateRun& run, LRateCursor& cursor, const std::int16_t
   });
 }
 
+L_AVX2 bool MakeRowAvx2(const LRateLaw& law, double fraction, double* values, LRateRow& row) {
+  return MakeRowLoop(law, fraction, values, row);
+}
+
 L_AVX2 void SplitAvx2(std::int16_t* plane, const int* in, int stride, int frames, int shift) {
   SplitByStride(plane, in, stride, frames, shift);
 }
@@ -152,27 +201,7 @@ L_AVX2 void SplitAvx2(std::int16_t* plane, const int* in, int stride, int frames
 
 }  // namespace
 
-std::vector<LRateRow> MakeRateRows(const LConvertRateBase& table) {
-  std::vector<LRateRow> rows(std::size_t(table.Phases()));
-  for (int phase = 0; phase < table.Phases(); ++phase) {
-    const int* taps = table.Row(phase);
-    LRateRow& row = rows[std::size_t(phase)];
-    int magnitudes[2] = {0, 0};
-    for (int tap = 0; tap < kRateTaps; ++tap) {
-      if (tap == kMiddle || tap == kMiddle + 1) {
-        row.middle[tap - kMiddle] = taps[tap];
-        continue;
-      }
-      if (taps[tap] < INT16_MIN || taps[tap] > INT16_MAX) return {};
-      row.taps[tap] = static_cast<std::int16_t>(taps[tap]);
-      magnitudes[tap / kHalfTaps] += std::abs(taps[tap]);
-    }
-    if (magnitudes[0] > UINT16_MAX || magnitudes[1] > UINT16_MAX) return {};
-  }
-  return rows;
-}
-
-const LRateKernels kRateKernelsScalar{MonoScalar, StereoScalar, SplitScalar};
+const LRateKernels kRateKernelsScalar{MakeRowScalar, MonoScalar, StereoScalar, SplitScalar};
 #if defined(__x86_64__)
-const LRateKernels kRateKernelsAvx2{MonoAvx2, StereoAvx2, SplitAvx2};
+const LRateKernels kRateKernelsAvx2{MakeRowAvx2, MonoAvx2, StereoAvx2, SplitAvx2};
 #endif
