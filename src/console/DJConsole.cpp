@@ -172,6 +172,13 @@ bool DJConsole::djntfPlay(DJDeck& deck) {
 
 void DJConsole::AddDeckSourceToMixer(DJDeck& deck) {
   LSoundSource chain = deck.OpenSource();
+  if (!deck.IsScratching()) {
+    const TDeckLoop& loop = deck.GetLoop();
+    if (MasterOf(deck))
+      SeekToMaster(deck);
+    else if (loop.IsActive() && (deck.GetPlayPosition() < loop.start || deck.GetPlayPosition() > loop.End()))
+      deck.Seek(deck.GetRealPosition(0));
+  }
   mixer_.AddSource(chain, deck.GetPosition());
   ConfigureDeckMixerChannels(deck);
   UpdateDeckVolume(deck, CrossFadePercent(deck.GetPosition(), crossFade_));
@@ -207,9 +214,22 @@ void DJConsole::djntfStop(DJDeck& deck) {
 }
 
 void DJConsole::CmDeckClear(DJDeck& deck) {
+  CtlDeckFreeSlave(deck);
+  for (const auto& other : decks_)
+    if (MasterOf(*other) == &deck) CtlDeckFreeSlave(*other);
+  pending_.deck[std::size_t(deck.GetPosition())].pitch.reset();
   deck.ClearState();
   deck.Unload();
+  nudge_[std::size_t(deck.GetPosition())] = {};
   if (TSettings::kResetDeckWhenLoaded.Get()) deck.ResetDeckToDefaults();
+}
+
+void DJConsole::CmDeckReset(DJDeck& deck) {
+  CtlDeckFreeSlave(deck);
+  pending_.deck[std::size_t(deck.GetPosition())].pitch.reset();
+  CtlDeckPitch(deck, 1.0);
+  deck.ResetDeckToDefaults();
+  ResyncPlayerRebuild(deck);
 }
 
 void DJConsole::CmSeek(int position, DJDeck& deck) {
@@ -220,6 +240,11 @@ void DJConsole::CmSeek(int position, DJDeck& deck) {
   const TPlayersLock lock(players_);
   ResyncAll(false);
   CtlDeckSeek(deck, position);
+}
+
+void DJConsole::CtlDeckSeek(DJDeck& deck, int position) {
+  deck.Seek(position);
+  SeekToMaster(deck);
 }
 
 // Levels
@@ -290,10 +315,11 @@ void DJConsole::ResyncIfRunning() {
   ResyncAll(true);
 }
 
-void DJConsole::ReopenDeckChain(DJDeck& deck) {
-  const int position = mixer_.GetPositionSample(deck.GetPosition());
+void DJConsole::ReopenDeckChain(DJDeck& deck) { ReplaceChain(deck, MixerPosition(deck)); }
+
+void DJConsole::ReplaceChain(DJDeck& deck, int position) {
   LSoundSource chain = deck.OpenSource();
-  mixer_.UpdateSource(deck.GetPosition(), chain);
+  mixer_.ChangeSource(deck.GetPosition(), chain);
   deck.Seek(position);
 }
 
@@ -357,6 +383,7 @@ void DJConsole::TmUpdateDeck(DJDeck& deck, DeckFlags flags) {
     ApplyCrossFade();
     ResyncIfRunning();
   }
+  if (flags.pitch) TmUpdateDeckPitch(deck, *flags.pitch);
   if (flags.time) TmUpdateDeckTime(deck);
 }
 

@@ -8,11 +8,13 @@
 #pragma once
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "console/DJDeck.h"
 #include "console/DJNotify.h"
+#include "console/DJSyncResult.h"
 #include "console/TMicrophone.h"
 #include "console/TPlayers.h"
 #include "console/TRecorder.h"
@@ -59,6 +61,36 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   void CmSeek(int position, DJDeck& deck);
   void CmDeckClear(DJDeck& deck);  // stops without the panel hearing it, and unloads
 
+  void CmDeckReset(DJDeck& deck);  // pitch and switches to what they are at the start
+
+  // Pitch and sync (DJConsoleSync.cpp).
+  bool CmDeckSetPitch(DJDeck& deck, int slider);    // whether a change was queued for the timer
+  void CmDeckNudgePitch(DJDeck& deck, int slider);  // there, and with the next call back again
+  void CmDeckPitchLock(DJDeck& deck, bool on);
+  DJSyncResult CtlDeckSync(DJDeck& deck);
+  void CmDeckUnsync(DJDeck& deck);
+  void CtlDeckFreeSlave(DJDeck& deck);
+  bool IsMasterPlaying(const DJDeck& slave) const { return PlayingMasterOf(slave) != nullptr; }
+  // Where the slave would have to be to stand at its master's place in the bar; may be below 0.
+  int GetEquivalentBarPosition(const DJDeck& master, const DJDeck& slave, int lagFrames) const;
+  double GetDeckBeatFrequency(DJDeckPosition deck) const;  // frames from beat to beat as they play; 0: no deck
+  int GetDeckBeatOffset(DJDeckPosition deck) const;
+
+  // Cue points and loops (DJConsoleCue.cpp).
+  void CmDeckSetCuePoint(DJDeck& deck, int index);
+  void CmDeckCuePause(DJDeck& deck, int index);
+  void CmDeckApplyCueBeatLoop(DJDeck& deck, int index);
+  void CmDeckRemoveCueBeatLoop(DJDeck& deck);
+  void CmDeckLoopTrack(DJDeck& deck);
+
+  // Scratching (DJConsoleScratch.cpp). Frames at the deck's pitch.
+  void CmScratchStart(DJDeck& deck, int frame);
+  void CmStartMidiScratch(DJDeck& deck);
+  void CmScratchToPosition(DJDeck& deck, int frame);
+  void CmMidiScratchToPosition(DJDeck& deck, int delta);
+  void CmScratchEnd(DJDeck& deck);
+  int GetMidiScratchPosition(const DJDeck& deck) const { return midiScratchStart_[std::size_t(deck.GetPosition())]; }
+
   // Recording. StartRecording takes path and format from the settings; the other form is given the path.
   bool StartRecording();
   bool StartRecordingTo(const std::string& path);
@@ -88,6 +120,11 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   };
   struct DeckFlags {
     bool time = false, fx = false, volume = false;
+    std::optional<double> pitch = {};
+  };
+  struct Nudge {
+    bool on = false;
+    double returnPitch = 1.0;
   };
   struct PendingFlags {
     std::array<DeckFlags, kDeckCount> deck;
@@ -104,10 +141,12 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   void micntfLevel(const LLevels& levels) override;
   // Notifications of the decks.
   bool djntfPlay(DJDeck& deck) override;
+  bool djntfCuePlay(DJDeck& deck, int frame) override;
   void djntfStop(DJDeck& deck) override;
   void djntfVolume(LLevel volume, LLevel crossFade, DJDeck& deck) override;
   void djntfHeadphone(DJDeck& deck, bool on) override;
   void djntfFX(DJDeck& deck) override;
+  void djntfBeatLoop(DJDeck& deck) override { UpdateDeckLoop(deck); }
 
   // Topology.
   void UpdateChannelMapping();
@@ -128,7 +167,9 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   void ResyncAll(bool refill);
   void ResyncRecorder();
   void ResyncPlayerRebuild(DJDeck& deck);
+  void ResyncPlayerScratch(DJDeck& deck);
   void ReopenDeckChain(DJDeck& deck);
+  void ReplaceChain(DJDeck& deck, int position);
   void ResyncIfRunning();
   void SettlePosition(DJDeck& deck);
   int RecorderLag();
@@ -140,7 +181,24 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   void EvTimeAllDecks();
   void EvUpdateEffectChain();
   void CmUpdateMasterEffects();
-  void CtlDeckSeek(DJDeck& deck, int position) { deck.Seek(position); }
+  void CtlDeckSeek(DJDeck& deck, int position);
+  int MixerPosition(const DJDeck& deck) { return mixer_.GetPositionSample(deck.GetPosition()); }
+
+  double PitchToBe(const DJDeck& deck) const;
+  void QueuePitch(DJDeck& deck, double pitch);
+  void TmUpdateDeckPitch(DJDeck& deck, double pitch);
+  void CtlDeckPitch(DJDeck& deck, double pitch);
+  void CtlDeckSlavePitch(DJDeck& master);
+  DJSyncResult CmSyncSlaveToMaster(DJDeck& master, DJDeck& slave);
+  DJDeck* MasterOf(const DJDeck& slave) const;         // null: not a slave
+  DJDeck* PlayingMasterOf(const DJDeck& slave) const;  // null: not a slave, or its master does not play
+  void SeekToMaster(DJDeck& deck);                     // a slave, to its master's place in the bar
+  template <class Change>
+  void ChangeInMix(DJDeck& deck, Change change);
+
+  void UpdateDeckLoop(DJDeck& deck);
+  int PositionInLoop(DJDeck& deck, int position) const;
+  bool StartDeckScratch(DJDeck& deck, int frame);
 
   TStreamSender streamSender_;
   TRecorder recorder_;  // outlives the players, whose graph writes to it
@@ -156,6 +214,19 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   std::string deviceOverride_;
   std::string recordingPath_;
   PendingFlags pending_;
+  std::array<Nudge, kDeckCount> nudge_;
+  std::array<int, kDeckCount> midiScratchStart_{};  // frames
   bool shutDown_ = false;
   LTimerCallBack<DJConsole> timer_{*this};
 };
+
+// Changes a deck that plays, from the audible moment on: the change is made between what is heard and what is read anew,
+// and returns the frame to go on from.
+template <class Change>
+void DJConsole::ChangeInMix(DJDeck& deck, Change change) {
+  const TPlayersLock lock(players_);
+  ResyncAll(false);
+  ReplaceChain(deck, change());
+  ResyncAll(true);
+  SettlePosition(deck);
+}

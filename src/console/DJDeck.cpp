@@ -2,11 +2,19 @@
 
 #include <algorithm>
 
+#include "audiofile/TSourceOpen.h"
 #include "console/DJConsole.h"
+#include "console/DJPitchLaw.h"
+#include "console/LCountedSource.h"
+#include "console/LLoopSaveSource.h"
+#include "console/LLoopSource.h"
+#include "console/TScratch.h"
 #include "foundation/LClock.h"
 #include "foundation/LPlatform.h"
 #include "foundation/LThreadRole.h"
 #include "foundation/TSettings.h"
+#include "tempo/LSPPhaseVoc.h"
+#include "tempo/LSPPitchSpeed.h"
 
 namespace {
 
@@ -18,23 +26,18 @@ void DJDeck::AddNotify(DJDeckNotify& listener) {
   if (std::size_t(listenerCount_) < listeners_.size()) listeners_[std::size_t(listenerCount_++)] = &listener;
 }
 
-void DJDeck::ChangeState(State state) {
-  previousState_ = state_;
-  state_ = state;
-}
-
 void DJDeck::Load(const std::string& path, const LSoundSource& source, int beatIntervalFrames, int beatOffsetFrames) {
   LAssertThread(LThreadRole::Main, "DJDeck::Load");
   path_ = path;
   playPosition_ = rawPosition_ = 0;
   baseSource_ = source;
-  chain_ = baseSource_;
+  CloseChain();
   loaded_ = true;
   FindFirst();
-  playPosition_ = std::max(playPosition_, firstSoundPosition_);
-  pitch_ = 1.0;
-  beatInterval_ = savedBeatInterval_ = beatIntervalFrames;
-  beatOffset_ = savedBeatOffset_ = beatOffsetFrames;
+  pitch_ = previousPitch_ = 1.0;
+  playPosition_ = std::max(playPosition_, GetStartPosition());
+  beatInterval_ = beatIntervalFrames;
+  beatOffset_ = beatOffsetFrames;
   loadTimeMs_ = LPlatform::Clock().NowMs();
 }
 
@@ -49,10 +52,14 @@ void DJDeck::ResetFirstSoundPosition() {
 
 void DJDeck::Unload() {
   Stop();
-  chain_.Close();
+  if (scratching_) ScratchEnd();
   baseSource_.Close();
+  CloseChain();
   loaded_ = false;
   path_.clear();
+  cues_.ClearAll();
+  if (loop_.on) SetBeatLoop(0.0);
+  loop_.Clear();
   ClearBPM();
   playPosition_ = rawPosition_ = firstSoundPosition_ = 0;
   levelInfo_.Clear();
@@ -60,30 +67,43 @@ void DJDeck::Unload() {
 
 bool DJDeck::Play() {
   if (!loaded_) return false;
-  playPosition_ = std::max(playPosition_, firstSoundPosition_);
+  playPosition_ = std::max(playPosition_, GetStartPosition());
   for (int i = 0; i < listenerCount_; ++i) {
-    ChangeState(Starting);
+    state_ = Starting;
     if (listeners_[std::size_t(i)]->djntfPlay(*this)) continue;
     Stop();
     return false;
   }
-  ChangeState(Playing);
+  state_ = Playing;
+  return true;
+}
+
+bool DJDeck::CuePlay(int frame) {
+  if (!loaded_) return false;
+  const bool played = IsPlaying();
+  for (int i = 0; i < listenerCount_; ++i) {
+    if (!played) state_ = Starting;
+    if (listeners_[std::size_t(i)]->djntfCuePlay(*this, frame)) continue;
+    Stop();
+    return false;
+  }
+  state_ = Playing;
   return true;
 }
 
 void DJDeck::Stop() {
   if (state_ == Stopped) return;
-  ChangeState(Stopping);
+  state_ = Stopping;
   for (int i = 0; i < listenerCount_; ++i) listeners_[std::size_t(i)]->djntfStop(*this);
-  ChangeState(Stopped);
+  state_ = Stopped;
 }
 
 void DJDeck::ClearState() {
   if (state_ != Stopped && listenerCount_ > 0) {
-    ChangeState(Stopping);
+    state_ = Stopping;
     listeners_[0]->djntfStop(*this);
   }
-  ChangeState(Stopped);
+  state_ = Stopped;
 }
 
 void DJDeck::Seek(int frame) {
@@ -99,7 +119,7 @@ int DJDeck::RealPosition(int chainPosition, int lagFrames, bool loopOn, int loop
 }
 
 int DJDeck::GetRealPosition(int lagFrames) const {
-  return RealPosition(chain_.GetPositionSample(), lagFrames, false, 0, 0);
+  return RealPosition(GetChainPosition(), lagFrames, loop_.on, loop_.start, loop_.length);
 }
 
 void DJDeck::EvTimeChanged(int frame) {
@@ -131,28 +151,136 @@ bool DJDeck::CheckHeadphones() const { return console_.CheckHeadphones(); }
 
 void DJDeck::SetBPM(double bpm, int offsetFrames) {
   bpm_ = bpm;
-  beatInterval_ = savedBeatInterval_ = bpm > 1.0 ? int(kFramesPerMinute / bpm) : 0;
-  if (beatInterval_ != 0) beatOffset_ = savedBeatOffset_ = offsetFrames;
+  beatInterval_ = bpm > 1.0 ? int(kFramesPerMinute / bpm) : 0;
+  if (beatInterval_ != 0) beatOffset_ = offsetFrames;
   for (int i = 0; i < listenerCount_; ++i) listeners_[std::size_t(i)]->djntfBeats(*this);
 }
 
 void DJDeck::ClearBPM() {
   bpm_ = 0;
-  beatInterval_ = savedBeatInterval_ = beatOffset_ = savedBeatOffset_ = 0;
+  beatInterval_ = beatOffset_ = 0;
 }
 
-void DJDeck::ResetDeckToDefaults() { pitch_ = 1.0; }
+void DJDeck::ResetDeckToDefaults() {
+  SetPitch(1.0);
+  keyLock_ = cueLock_ = false;
+}
+
+// Speed
+
+void DJDeck::SetPitch(double pitch) {
+  const int oldEnd = GetTrackEnd();
+  previousPitch_ = pitch_;
+  pitch_ = pitch;
+  const int newEnd = int(GetBaseEnd() * (1 / pitch));
+  loop_.Rescale(newEnd);
+  rawPosition_ = oldEnd >= 1 ? int(double(rawPosition_) / oldEnd * newEnd) : 0;
+  playPosition_ = std::max(rawPosition_, 0);
+  cues_.Rescale(newEnd);
+}
+
+void DJDeck::SetSync(SyncState state, DJDeckPosition master) {
+  syncState_ = state;
+  masterDeck_ = master;
+}
+
+// Cue points and loops
+
+void DJDeck::SetCuePointAtIndex(int index, int frame) {
+  if (!loaded_) return;
+  if (frame == -1) frame = std::max(rawPosition_, 0);
+  if (frame < GetTrackEnd() && SnapsToBeats()) frame = GetBeatGrid().GetClosestBeatPos(frame);
+  cues_.Set(index, frame, GetTrackEnd());
+}
+
+void DJDeck::TellBeatLoop() {
+  for (int i = 0; i < listenerCount_; ++i) listeners_[std::size_t(i)]->djntfBeatLoop(*this);
+}
+
+void DJDeck::SetBeatLoop(double beats) {
+  const int audible = GetChainPosition() - console_.GetLag(true);
+  const int start = SnapsToBeats() ? GetBeatGrid().GetPreviousBeatPos(audible) : audible;
+  if (loop_.SetBeats(beats, GetBeatGrid(), start)) TellBeatLoop();
+}
+
+void DJDeck::SetBeatLoopWithStart(double beats, int start) {
+  if (beats == 0) {
+    playPosition_ = GetRealPosition(console_.GetLag(true));
+    loop_.on = false;
+    TellBeatLoop();
+    return;
+  }
+  loop_.on = false;  // the given start counts, not the old one
+  if (loop_.SetBeats(beats, GetBeatGrid(), start)) TellBeatLoop();
+}
+
+void DJDeck::SetBeatLoopStart(int frame) {
+  if (!loop_.on || loop_.beats <= 0) return;
+  loop_.MoveTo(frame, GetBeatGrid());
+  TellBeatLoop();
+}
+
+// Scratching
+
+void DJDeck::ScratchStart(int frame) {
+  scratchPosition_ = frame;
+  scratching_ = true;
+  playedAtScratchStart_ = state_ == Playing;
+  transitions_.Clear();
+  levelInfo_.SetScratching(true);
+  scratchClock_.Start(LPlatform::Clock().NowMs());
+}
+
+void DJDeck::ScratchToPosition(int frame) {
+  transitions_.AddTransition(frame, scratchClock_.Step(LPlatform::Clock().NowMs()));
+  rawPosition_ = frame;
+}
+
+void DJDeck::ScratchRestart(int frame) {
+  scratchPosition_ = frame;
+  transitions_.Clear();
+}
+
+void DJDeck::ScratchEnd() {
+  scratching_ = false;
+  scratchEnded_ = true;
+  transitions_.Clear();
+  levelInfo_.SetScratching(false);
+}
+
+// The chain
 
 LSoundSource DJDeck::OpenSource() {
-  chain_ = baseSource_;
-  chain_ = BuildChain(chain_);
+  chain_ = BuildChain(baseSource_);
+  open_ = true;
   return chain_;
 }
 
-LSoundSource DJDeck::BuildChain(const LSoundSource& source) {
+LSoundSource DJDeck::BuildChain(LSoundSource source) {
   if (!source.IsOk()) return source;
+  source = OpenSpeed(source);
   source.Seek(playPosition_);
+  if (loop_.IsActive()) source = LLoopSource::OpenSource(source, loop_.start, loop_.End());
+  if (scratching_) source = TScratch(scratchPosition_, transitions_).OpenSource(source);
   return LSoundSource::Make<DJDeckSourceBase>(source, &levelInfo_);
 }
 
-void DJDeck::CloseChain() { chain_ = baseSource_; }
+LSoundSource DJDeck::OpenSpeed(LSoundSource source) const {
+  if (IsSamePitch(pitch_, 1.0)) return source;
+  if (keyLock_ && !scratching_) return LSoundSource::Make<LCountedSource>(LSPPhaseVoc(pitch_, true).OpenSource(source));
+  return LSPPitchSpeed(NearestRateRatio(pitch_, source.GetSampleRate()), true).OpenSource(source);
+}
+
+// In frames of the file, so that the sample is what the loop plays, whatever the deck's speed.
+LSoundSource DJDeck::OpenSaveLoopSource() const {
+  if (!loop_.IsActive()) return LSoundSource();
+  LSoundSource file;
+  if (!TSourceOpenWithConvert(file, path_)) return file;
+  const int start = int(GetBaseEnd() * loop_.startFraction), length = int(GetBaseEnd() * loop_.lengthFraction);
+  return LSoundSource::Make<LLoopSaveSource>(file, start, start + length);
+}
+
+void DJDeck::CloseChain() {
+  chain_ = baseSource_;
+  open_ = false;
+}

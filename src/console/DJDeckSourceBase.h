@@ -14,7 +14,10 @@ class DJDeckSourceBaseInfo {
   static constexpr int kRecords = 256;
 
   void SetVolume(LLevel volume) { volume_ = static_cast<signed char>(volume.Get()); }
-  void SetScratching(bool on) { scratching_ = on; }
+  void SetScratching(bool on) {
+    scratching_ = on;
+    lastStart_ = -1;
+  }
   bool IsScratching() const { return scratching_; }
 
   void AddLevels(LSoundTime start, LSoundTime end, LLevel left, LLevel right);  // the deck volume is added here

@@ -11,6 +11,7 @@ class DJDeckNotify {
  public:
   virtual ~DJDeckNotify() = default;
   virtual bool djntfPlay(DJDeck&) { return true; }  // false refuses
+  virtual bool djntfCuePlay(DJDeck&, int /*frame*/) { return true; }
   virtual void djntfStop(DJDeck&) {}
   virtual void djntfLevel(const LLevels&, DJDeck&) {}
   virtual void djntfVolume(LLevel /*volume*/, LLevel /*crossfade*/, DJDeck&) {}
@@ -18,6 +19,7 @@ class DJDeckNotify {
   virtual void djntfFX(DJDeck&) {}
   virtual void djntfBeats(DJDeck&) {}
   virtual void djntfHeadphone(DJDeck&, bool /*on*/) {}
+  virtual void djntfBeatLoop(DJDeck&) {}
 };
 
 class DJConsoleNotify {
@@ -28,6 +30,8 @@ class DJConsoleNotify {
   virtual void djcntfStop(DJDeck&) {}
   virtual void djcntfPlay(DJDeck&) {}
   virtual void djcntfTime() {}
+  virtual void djcntfDeckPitchUpdate(DJDeck&) {}  // the pitch of the deck has changed
+  virtual void djcntfFreeSlave(DJDeck&) {}        // the deck could not follow its master any longer
   virtual bool djcntfIsRecording() { return false; }
   virtual void djcntfShowMessage(const char* /*text*/, const char* /*title*/) {}
 };
