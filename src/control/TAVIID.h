@@ -3,6 +3,12 @@
 #pragma once
 
 enum TAVIID : short {
+  idWholeTrackA = 1218,
+  idIncreaseBeatLoopA = 1219,
+  idDecreaseBeatLoopA = 1220,
+  idWholeTrackB = 1233,
+  idIncreaseBeatLoopB = 1234,
+  idDecreaseBeatLoopB = 1235,
   idAddToPlaylist = 1397,
   idAddToDeckA = 1411,
   idAddToDeckB = 1412,
@@ -16,6 +22,16 @@ enum TAVIID : short {
   idPreferences = 1431,
   idPlayPauseA = 1433,
   idPlayPauseB = 1434,
+  idCuePointA = 1439,  // the first of eight, as the next three are
+  idCuePointB = 1447,
+  idCueBeatLoopA = 1455,
+  idCueBeatLoopB = 1463,
+  idBeatLoopLengthA = 1471,  // the first of twelve, as the next is
+  idBeatLoopLengthB = 1483,
+  idCueLockA = 1495,
+  idCueLockB = 1496,
+  idSyncA = 1497,
+  idSyncB = 1498,
   idHeadphonesA = 1503,
   idHeadphonesB = 1504,
   idJumpToStartA = 1509,
@@ -24,6 +40,12 @@ enum TAVIID : short {
   idResetDeckB = 1522,
   idClearDeckA = 1527,
   idClearDeckB = 1528,
+  idFreestyleA = 1533,
+  idFreestyleB = 1534,
+  idVinylModeA = 1539,
+  idVinylModeB = 1540,
+  idSaveLoopA = 1557,
+  idSaveLoopB = 1558,
   idCrossfadeLeft = 1563,
   idCrossfadeRight = 1564,
   idCrossfadeFullLeft = 1567,
@@ -37,5 +59,15 @@ enum TAVIID : short {
   idMasterDown = 1583,
   idHeadphoneUp = 1584,
   idHeadphoneDown = 1585,
+  idPitchLockA = 1586,
+  idPitchLockB = 1587,
+  idScratchModeA = 1641,
+  idScratchModeB = 1642,
+  idStartScratchA = 1647,
+  idStartScratchB = 1648,
+  idStopScratchA = 1653,
+  idStopScratchB = 1654,
+  idToggleScratchA = 1659,
+  idToggleScratchB = 1660,
   idQuit = 9100,  // of the menu alone
 };

@@ -20,7 +20,7 @@ inline bool IsValid(const TKeyCommand& command) { return &command != &InvalidKey
 
 namespace TKeyTable {
 std::span<const TKeyCommand> Rows();
-const TKeyCommand& FindByName(std::string_view name);  // the English name, exactly
+const TKeyCommand& FindByName(std::string_view name);  // the English name of a key or a controller command
 const TKeyCommand& FindByCommand(int id);
 const TKeyCommand& FindByKey(std::uint32_t key);
 }  // namespace TKeyTable

@@ -47,7 +47,11 @@ inline constexpr TSettingBool kSilenceDetection{"Settings", "SilenceDetection", 
 inline constexpr TSettingBool kResetDeckWhenLoaded{"Settings", "ResetDeckWhenLoaded", false};
 inline constexpr TSettingBool kNotWarnWhilePlaying{"Settings", "NotWarnWhilePlaying", false};
 inline constexpr TSettingInt kCrossFadeShiftValue{"Settings", "CrossFadeShiftValue", 2, 1, 100};  // of 100, a key press
+inline constexpr TSettingInt kMidiJogWheelConfig{"Settings", "MidiJogWheelConfig", 0, -0x7fffffff, 0x7fffffff};  // 0, 1
+inline constexpr TSettingInt kMidiJogWheelMagnitude{"Settings", "MidiJogWheelMagnitude", 1, 1, 5};  // times the delta
+inline constexpr TSettingBool kMidInvertJogWheelDirection{"Settings", "MidInvertJogWheelDirection", false};
 inline constexpr TSettingString kLoadFromFolder{"Settings", "LoadFromFolder", ""};
+inline constexpr TSettingString kLoadSamplesFromFolder{"Settings", "LoadSamplesFromFolder", ""};
 
 inline constexpr TSettingString kDefaultRecordFolder{"Settings", "DefaultRecordFolder", ""};
 inline constexpr TSettingString kRecordingExtension{"Settings", "RecordingExtension", ".aiff"};

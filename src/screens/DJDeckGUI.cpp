@@ -46,7 +46,7 @@ DJDeckGUI::DJDeckGUI(LWindow& parent, DJPanelHost& host, DJDeck& deck)
 void DJDeckGUI::EvLoaded() {
   playedSinceLoad_ = false;
   info_.SetTrackInfo(LFile::TitleFromPath(deck_.GetPath()), LFile::FolderFromPath(deck_.GetPath()),
-                     LSoundTimeFromFrames(deck_.GetEndSample(), kDeckRate));
+                     LSoundTimeFromFrames(deck_.GetTrackEnd(), kDeckRate));
   UpdatePosition();
   CmDeckPause();
 }
@@ -74,7 +74,28 @@ void DJDeckGUI::CmDeckPause() {
 
 void DJDeckGUI::UpdateHeadphones() { headphones_.SetOn(deck_.IsHeadphoneOn()); }
 
-void DJDeckGUI::UpdatePosition() { info_.SetDeckTime(LSoundTimeFromFrames(deck_.GetPlayPosition(), kDeckRate)); }
+void DJDeckGUI::UpdatePosition() {
+  const int frame = deck_.IsScratching() ? std::max(deck_.GetRawPosition(), 0) : deck_.GetPlayPosition();
+  if (deck_.IsLoaded()) info_.SetLength(LSoundTimeFromFrames(deck_.GetTrackEnd(), kDeckRate));
+  info_.SetDeckTime(LSoundTimeFromFrames(frame, kDeckRate));
+}
+
+void DJDeckGUI::CmSyncAlert(DJSyncResult result) {
+  static constexpr const char* kTexts[] = {
+      "Kein Titel in Deck geladen.",
+      "Kein Titel in Deck geladen, mit dem synchronisiert werden soll.",
+      "Deck, mit dem synchronisiert werden soll, ist bereits mit einem Deck synchronisiert.",
+      "Für den ins Master-Deck (Ziel) geladenen Titel wurden die BPM nicht berechnet.",
+      "Für den in dieses Deck geladenen Titel wurden die BPM nicht berechnet.",
+      "Tavi ist auf -50% bis +50% der Original-Tonhöhe eingeschränkt.",
+      "Dies ist das derzeitige Master-Deck und kann nicht mit einem anderen Deck synchronisiert werden.",
+      "Sync-Zielobjekt spielt nicht, sodass der Takt nicht abgestimmt werden kann.",
+      "Unbekannter Fehler beim Synchronisieren aufgetreten.",
+  };
+  if (result == syncDone) return;
+  const std::size_t last = std::size(kTexts) - 1;
+  bubble_.BubbleTipRun(*this, kTexts[std::min(std::size_t(result), last)]);
+}
 
 void DJDeckGUI::UpdateToolTips() {
   for (LCoolButton* button : {&play_, &jump_, &headphones_, &load_}) button->ShowKeyInToolTip();

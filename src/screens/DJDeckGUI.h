@@ -7,12 +7,14 @@
 #include <string>
 
 #include "console/DJDeck.h"
+#include "console/DJSyncResult.h"
 #include "foundation/LTimerHandler.h"
 #include "screens/DJPanelHost.h"
 #include "screens/LCoolButton.h"
 #include "screens/TDBEditSlider.h"
 #include "screens/TDeckInfoWindow.h"
 #include "screens/TLevelMeter.h"
+#include "toolkit/LBubbleTip.h"
 #include "toolkit/LPaintControl.h"
 
 class DJDeckGUI final : public LPaintControl, public DJDeckNotify {
@@ -24,7 +26,8 @@ class DJDeckGUI final : public LPaintControl, public DJDeckNotify {
   void CmDeckPlay();
   void CmDeckPause();
   void UpdateHeadphones();
-  void UpdatePosition();  // after a seek of a deck that does not play
+  void UpdatePosition();  // after a seek, by hand, or a change of speed
+  void CmSyncAlert(DJSyncResult result);
   bool IsPlayedSinceLoad() const { return playedSinceLoad_; }
   void SetPlayedSinceLoad() { playedSinceLoad_ = true; }
   TDBEditSlider& VolumeSlider() { return volume_; }
@@ -48,4 +51,5 @@ class DJDeckGUI final : public LPaintControl, public DJDeckNotify {
   TLevelMeter meter_;
   LCoolButton play_, jump_, headphones_, load_;
   TDBEditSlider volume_;
+  LBubbleTip bubble_;
 };

@@ -35,6 +35,12 @@ void TDeckInfoWindow::SetTrackInfo(const std::string& title, const std::string& 
   Redraw();
 }
 
+void TDeckInfoWindow::SetLength(LSoundTime length) {
+  if (length == length_) return;
+  length_ = length;
+  Redraw();
+}
+
 void TDeckInfoWindow::SetDeckTime(LSoundTime elapsed) {
   const int before = PlayedPx();
   elapsed_ = std::max(elapsed, 0);

@@ -17,6 +17,7 @@ class TDeckInfoWindow final : public LPaintControl {
   TDeckInfoWindow(LWindow& parent, int id, DJDeckPosition deck);
 
   void SetTrackInfo(const std::string& title, const std::string& detail, LSoundTime length);  // ""; "", 0: empty deck
+  void SetLength(LSoundTime length);  // it changes with the deck's speed
   void SetDeckTime(LSoundTime elapsed);
   void SetPlaying(bool playing);
   void SetDropHover(bool over);

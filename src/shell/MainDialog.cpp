@@ -34,6 +34,9 @@ MainDialog::MainDialog(const TStartOptions& options, TScript script)
       console_(std::make_unique<DJConsole>()),
       loader_(*console_, *this),
       record_(*console_, *this),
+      cue_(*console_, *this),
+      pitch_(*console_, *this),
+      hand_(*console_, pitch_, *this),
       script_(std::move(script), *this),
       hasScript_(options.demo || !options.scriptPath.empty()),
       crossfadeStep_(TSettings::kCrossFadeShiftValue.Get()) {}
@@ -148,7 +151,7 @@ void MainDialog::LayoutControls(int w, int h) {
 
 void MainDialog::Command(int id, int) {
   const TCommandRow* row = FindCommand(id);
-  if (row && (!row->needsLoadedDeck || console_->IsDeckLoaded(row->deck))) row->run(*this, row->deck);
+  if (row && (!row->needsLoadedDeck || console_->IsDeckLoaded(row->deck))) row->run(*this, row->deck, id - row->id);
   EnableControls();
 }
 
@@ -174,8 +177,22 @@ void MainDialog::CheckMenuItems() {
   CheckMenuItem(idRecord, console_->IsRecording());
   CheckMenuItem(idMicrophone, console_->IsSpeaking());
   CheckMenuItem(idSafeLive, safeLive_.IsOn());
-  CheckMenuItem(idHeadphonesA, Deck(kDeckA).IsHeadphoneOn());
-  CheckMenuItem(idHeadphonesB, Deck(kDeckB).IsHeadphoneOn());
+  for (const DJDeckPosition position : {kDeckA, kDeckB}) CheckDeckItems(position);
+}
+
+void MainDialog::CheckDeckItems(DJDeckPosition position) {
+  const DJDeck& deck = Deck(position);
+  const auto check = [&](int idA, int idB, bool on) { CheckMenuItem(unsigned(position == kDeckA ? idA : idB), on); };
+  check(idHeadphonesA, idHeadphonesB, deck.IsHeadphoneOn());
+  check(idFreestyleA, idFreestyleB, !deck.HasStrictBeats());
+  check(idVinylModeA, idVinylModeB, deck.HasVinylMode());
+  check(idWholeTrackA, idWholeTrackB, deck.GetLoop().IsWholeTrack());
+  check(idSyncA, idSyncB, deck.GetSyncState() == DJDeck::Slave);
+  check(idPitchLockA, idPitchLockB, deck.IsKeyLocked());
+  for (int slot = 0; slot < kCuePoints; ++slot)
+    check(idCueBeatLoopA + slot, idCueBeatLoopB + slot, cue_.AppliedSlot(position) == slot);
+  for (int length = 0; length < kLoopLengths; ++length)
+    check(idBeatLoopLengthA + length, idBeatLoopLengthB + length, cue_.SelectedLength(position) == length);
 }
 
 bool MainDialog::RefusedBySafeLive(bool allowed) {
@@ -188,6 +205,7 @@ void MainDialog::CmPlayPause(DJDeckPosition deck) { IsDeckPlaying(deck) ? CmPaus
 void MainDialog::CmPlayDeck(DJDeckPosition position) {
   DeckGUI(position).SetPlayedSinceLoad();
   if (RefusedBySafeLive(safeLive_.AllowsPlayPause(position))) return;
+  pitch_.UnsyncFromStoppedMaster(position);
   if (CmPlay(Deck(position))) {
     DeckGUI(position).CmDeckPlay();
     return;
@@ -221,14 +239,16 @@ void MainDialog::CmHeadphones(DJDeckPosition position) {
 }
 
 void MainDialog::CmResetDeck(DJDeckPosition position) {
-  if (RefusedBySafeLive(safeLive_.AllowsDeckAction(position))) return;
-  Deck(position).ResetDeckToDefaults();
+  if (RefuseDeckAction(position)) return;
+  console_->CmDeckReset(Deck(position));
+  pitch_.EvDeckReset(position);
 }
 
 void MainDialog::CmClearDeck(DJDeckPosition position) {
-  if (RefusedBySafeLive(safeLive_.AllowsDeckAction(position))) return;
+  if (RefuseDeckAction(position)) return;
+  EvDeckToBeCleared(position);
   console_->CmDeckClear(Deck(position));
-  DeckGUI(position).EvCleared();
+  EvDeckCleared(position);
 }
 
 void MainDialog::CmSetCrossfadePosition(int position) {
@@ -354,10 +374,21 @@ void MainDialog::PanelDeckVolume(DJDeckPosition position, LLevel level) {
 
 void MainDialog::PanelLevels(LLevel master, LLevel headphone) { console_->SetVolume(master, headphone); }
 
-void MainDialog::PanelSeek(DJDeckPosition position, int frame) {
+void MainDialog::EvDeckCleared(DJDeckPosition position) {
+  cue_.EvDeckEmptied(position);
+  pitch_.EvPitchUpdate(position);
+  DeckGUI(position).EvCleared();
+}
+
+void MainDialog::ShowDeck(DJDeckPosition position) {
+  if (deckGui_[std::size_t(position)]) DeckGUI(position).UpdatePosition();
+}
+
+void MainDialog::DeckSeek(DJDeckPosition position, int frame) {
   DJDeck& deck = Deck(position);
   if (!deck.IsLoaded()) return;
-  console_->CmSeek(std::clamp(frame, 0, std::max(deck.GetEndSample(), 0)), deck);
+  // The hand owns the position; the panel alone follows.
+  if (!deck.IsScratching()) console_->CmSeek(std::clamp(frame, 0, std::max(deck.GetTrackEnd(), 0)), deck);
   DeckGUI(position).UpdatePosition();
 }
 
@@ -392,6 +423,16 @@ void MainDialog::ScriptVolume(const TScriptEvent& event) {
 
 void MainDialog::ScriptSeek(DJDeckPosition deck, double seconds) {
   PanelSeek(deck, int(std::min(seconds * kDeckRate, double(kEndless))));
+}
+
+void MainDialog::ScriptScratch(const TScriptEvent& event) {
+  TDeckScratch& hand = Hand();
+  if (event.target == TScriptEvent::ScratchBegin)
+    hand.CmDeckBeginScratch(event.deck, Deck(event.deck).GetRawPosition());
+  else if (event.target == TScriptEvent::ScratchEnd)
+    hand.CmDeckEndScratch(event.deck);
+  else
+    hand.CmDeckScratch(event.deck, int(event.value));
 }
 
 void MainDialog::ScriptState(const std::string& path) {

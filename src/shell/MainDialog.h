@@ -12,7 +12,10 @@
 #include "screens/DJDeckGUI.h"
 #include "screens/DJPanelHost.h"
 #include "shell/TCommandLine.h"
+#include "shell/TCueCommands.h"
+#include "shell/TDeckHand.h"
 #include "shell/TDeckLoader.h"
+#include "shell/TPitchCommands.h"
 #include "shell/TRecordCommands.h"
 #include "shell/TSafeLive.h"
 #include "shell/TScriptPlayer.h"
@@ -25,6 +28,7 @@ class MainDialog final : public LMainWindow,
                          private TSafeLiveView,
                          private TDeckLoaderHost,
                          private TRecordCommandsHost,
+                         private TDeckCommandsHost,
                          private TScriptHost {
  public:
   static constexpr int kDefaultWidth = 1056, kDefaultHeight = 595, kMinimumWidth = 936, kMinimumHeight = 561;
@@ -49,6 +53,22 @@ class MainDialog final : public LMainWindow,
   void CmClearDeck(DJDeckPosition deck);
   void CmSetCrossfadePosition(int position);
   void CmCrossfadeStep(int direction);
+  void CmDeckCue(DJDeckPosition deck, int slot) { cue_.CmDeckCue(deck, slot); }
+  void CmDeckCueBeatLoop(DJDeckPosition deck, int slot) { cue_.CmDeckCueBeatLoop(deck, slot); }
+  void CmDeckCueBeatSetToggleLock(DJDeckPosition deck) { cue_.CmDeckCueBeatSetToggleLock(deck); }
+  void SetDeckCueBeatLoopLength(DJDeckPosition deck, int index) { cue_.SetDeckCueBeatLoopLength(deck, index); }
+  void CmDeckWholeTrackLoopToggle(DJDeckPosition deck) { cue_.CmDeckWholeTrackLoopToggle(deck); }
+  void CmDeckIncreaseBeatLoop(DJDeckPosition deck) { cue_.CmDeckIncreaseBeatLoop(deck); }
+  void CmDeckDecreaseBeatLoop(DJDeckPosition deck) { cue_.CmDeckDecreaseBeatLoop(deck); }
+  void CmSaveDeckLoop(DJDeckPosition deck) { cue_.CmSaveDeckLoop(deck); }
+  void CmDeckPitch(DJDeckPosition deck, int slider) { pitch_.CmDeckPitch(deck, slider); }
+  void CmDeckPitchNudge(DJDeckPosition deck, int slider) { pitch_.CmDeckPitchNudge(deck, slider); }
+  void CmDeckSyncToggle(DJDeckPosition deck) { pitch_.CmDeckSyncToggle(deck); }
+  void CmTogglePitchLock(DJDeckPosition deck) { pitch_.CmDeckPitchLock(deck, !Deck(deck).IsKeyLocked()); }
+  void CmToggleStrictBeats(DJDeckPosition deck) { Deck(deck).ToggleStrictBeats(); }
+  void CmToggleVinylMode(DJDeckPosition deck) { Deck(deck).ToggleVinylMode(); }
+  void DeckSeek(DJDeckPosition deck, int frame);
+  TDeckScratch& Hand() { return hand_.Scratch(); }
   void CmRecord() { record_.CmRecord(); }
   void ToggleMicrophoneMode();
   void CmToggleSafeLiveMode();
@@ -75,6 +95,7 @@ class MainDialog final : public LMainWindow,
   void EndRun();
   void TakeScreenshot();
   void CheckMenuItems();
+  void CheckDeckItems(DJDeckPosition deck);
   bool CmPlay(DJDeck& deck);
   bool EvAddDeckMessage(DJDeckPosition deck);
   DJDeckGUI& DeckGUI(DJDeckPosition deck) { return *deckGui_[std::size_t(deck)]; }
@@ -86,6 +107,8 @@ class MainDialog final : public LMainWindow,
   // The engine.
   void djcntfLevel(const LLevels& levels, long id) override;
   void djcntfStop(DJDeck& deck) override;
+  void djcntfDeckPitchUpdate(DJDeck& deck) override { pitch_.EvPitchUpdate(deck.GetPosition()); }
+  void djcntfFreeSlave(DJDeck& deck) override { pitch_.EvFreeSlave(deck.GetPosition()); }
   bool djcntfIsRecording() override { return console_->IsRecording(); }
   void djcntfShowMessage(const char* text, const char* title) override { Alert(title, text); }
   // The panels.
@@ -93,16 +116,25 @@ class MainDialog final : public LMainWindow,
   void PanelCrossFade(int position) override { CmSetCrossfadePosition(position); }
   void PanelDeckVolume(DJDeckPosition deck, LLevel level) override;
   void PanelLevels(LLevel master, LLevel headphone) override;
-  void PanelSeek(DJDeckPosition deck, int frame) override;
+  void PanelSeek(DJDeckPosition deck, int frame) override { DeckSeek(deck, frame); }
   void PanelBrowse(DJDeckPosition deck) override { CmBrowseLoadFile(deck); }
   bool PanelDrop(DJDeckPosition deck, const std::vector<std::string>& paths) override;
   // The rules of safe live mode.
   bool IsDeckPlaying(DJDeckPosition deck) const override { return console_->IsDeckPlaying(deck); }
   bool IsMainPlayerRunning() const override { return console_->IsMainPlayerRunning(); }
   int GetCrossFadePosition() const override { return console_->GetCrossFadePosition(); }
+  // The commands of the decks.
+  bool RefuseDeckAction(DJDeckPosition deck) override { return RefusedBySafeLive(safeLive_.AllowsDeckAction(deck)); }
+  void PlayDeck(DJDeckPosition deck) override { CmPlayDeck(deck); }
+  void SeekDeck(DJDeckPosition deck, int frame) override { DeckSeek(deck, frame); }
+  void ShowDeck(DJDeckPosition deck) override;
+  void ShowSyncAlert(DJDeckPosition deck, DJSyncResult result) override { DeckGUI(deck).CmSyncAlert(result); }
+  void ShowSaveError(const char* title, const char* text) override { Fail(title, text); }
+  LWindow* DialogParent() override { return this; }
   // Loading and recording.
   void ShowLoadError(const std::string& text) override { Fail("Datei zum Deck hinzufügen", text); }
-  void EvDeckCleared(DJDeckPosition deck) override { DeckGUI(deck).EvCleared(); }
+  void EvDeckToBeCleared(DJDeckPosition deck) override { Hand().CmDeckEndScratch(deck); }
+  void EvDeckCleared(DJDeckPosition deck) override;
   void EvDeckLoaded(DJDeckPosition deck) override;
   void ShowRecordState(bool recording) override;
   void ShowRecordAlert(const std::string& text) override { Fail("Aufnahme", text); }
@@ -113,6 +145,10 @@ class MainDialog final : public LMainWindow,
   void ScriptCrossfade(int position) override { CmSetCrossfadePosition(position); }
   void ScriptVolume(const TScriptEvent& event) override;
   void ScriptSeek(DJDeckPosition deck, double seconds) override;
+  void ScriptPitch(DJDeckPosition deck, int slider) override { CmDeckPitch(deck, slider); }
+  void ScriptLoop(DJDeckPosition deck, double beats) override { cue_.CmDeckBeatLoop(deck, beats); }
+  void ScriptBpm(DJDeckPosition deck, double bpm, int frame) override { Deck(deck).SetBPM(bpm, frame); }
+  void ScriptScratch(const TScriptEvent& event) override;
   void ScriptState(const std::string& path) override;
   void ScriptEnded(bool quit) override;
 
@@ -121,6 +157,9 @@ class MainDialog final : public LMainWindow,
   TSafeLive safeLive_{*this};
   TDeckLoader loader_;
   TRecordCommands record_;
+  TCueCommands cue_;
+  TPitchCommands pitch_;
+  TDeckHand hand_;
   TScriptPlayer script_;
   bool hasScript_;
   int crossfadeStep_;

@@ -13,6 +13,7 @@ bool TDeckLoader::LoadFileToDeck(DJDeckPosition position, const std::string& pat
     host_.ShowLoadError(GenSourceErrorText(source, absolute));
     return false;
   }
+  host_.EvDeckToBeCleared(position);
   console_.CmDeckClear(*deck);
   host_.EvDeckCleared(position);
   deck->Load(absolute, source, 0, 0);

@@ -10,6 +10,7 @@ class DJConsole;
 class TDeckLoaderHost {
  public:
   virtual void ShowLoadError(const std::string& text) = 0;
+  virtual void EvDeckToBeCleared(DJDeckPosition deck) = 0;
   virtual void EvDeckCleared(DJDeckPosition deck) = 0;
   virtual void EvDeckLoaded(DJDeckPosition deck) = 0;
 

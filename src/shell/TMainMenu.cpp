@@ -1,5 +1,7 @@
 #include "shell/TMainMenu.h"
 
+#include "console/DJDeckPosition.h"
+#include "console/TCuePoints.h"
 #include "control/TAVIID.h"
 #include "control/TKeyTable.h"
 
@@ -29,33 +31,77 @@ constexpr LMenuItem kMenu[] = {
     {idCrossfadeLeft, "Links überblenden (Abnahme)"},
     {idCrossfadeRight, "Rechts überblenden (Erhöhung)"},
     kEndSub,
-    {kMenuSub, "Deck-Steuerelemente"},
-    {kMenuSub, "Deck A"},
-    {idAddToDeckA, "Titel laden..."},
-    {idPlayPauseA, "Wiedergabe/Pause"},
-    {idJumpToStartA, "Zum Anfang springen"},
-    {idHeadphonesA, "Kopfhörer an/aus"},
-    {idVolumeUpA, "Lautstärke erhöhen"},
-    {idVolumeDownA, "Lautstärke verringern"},
-    {idResetDeckA, "Deck auf Standard zurücksetzen"},
-    {idClearDeckA, "Deck löschen"},
-    kEndSub,
-    {kMenuSub, "Deck B"},
-    {idAddToDeckB, "Titel laden..."},
-    {idPlayPauseB, "Wiedergabe/Pause"},
-    {idJumpToStartB, "Zum Anfang springen"},
-    {idHeadphonesB, "Kopfhörer an/aus"},
-    {idVolumeUpB, "Lautstärke erhöhen"},
-    {idVolumeDownB, "Lautstärke verringern"},
-    {idResetDeckB, "Deck auf Standard zurücksetzen"},
-    {idClearDeckB, "Deck löschen"},
-    kEndSub,
-    kEndSub,
 };
+
+// The items of a deck: both ids, and a text unless the key table has it. Rows of several ids count up.
+struct DeckItem {
+  unsigned idA, idB;
+  const char* text = nullptr;
+  int count = 1;
+};
+constexpr DeckItem kDeckSeparator{0, 0}, kEndDeckSub{kMenuSub, kMenuSub};
+
+constexpr DeckItem kDeckItems[] = {
+    {idAddToDeckA, idAddToDeckB, "Titel laden..."},
+    {idPlayPauseA, idPlayPauseB},
+    {idJumpToStartA, idJumpToStartB},
+    {idFreestyleA, idFreestyleB},
+    {idVinylModeA, idVinylModeB, "Vinyl-/Scratching-Modus festlegen"},
+    kDeckSeparator,
+    {kMenuSub, kMenuSub, "Cue-Points"},
+    {idCuePointA, idCuePointB, nullptr, kCuePoints},
+    kEndDeckSub,
+    {kMenuSub, kMenuSub, "Taktschleifen"},
+    {idCueBeatLoopA, idCueBeatLoopB, nullptr, kCuePoints},
+    kEndDeckSub,
+    {kMenuSub, kMenuSub, "Länge der Taktschleife"},
+    {idBeatLoopLengthA, idBeatLoopLengthB, nullptr, kLoopLengths},
+    kEndDeckSub,
+    {idWholeTrackA, idWholeTrackB},
+    {idIncreaseBeatLoopA, idIncreaseBeatLoopB},
+    {idDecreaseBeatLoopA, idDecreaseBeatLoopB},
+    {idSaveLoopA, idSaveLoopB, "Loop in Sample speichern"},
+    kDeckSeparator,
+    {idSyncA, idSyncB},
+    {idPitchLockA, idPitchLockB, "Tonhöhe sperren"},
+    {idHeadphonesA, idHeadphonesB},
+    {idVolumeUpA, idVolumeUpB},
+    {idVolumeDownA, idVolumeDownB},
+    {idResetDeckA, idResetDeckB},
+    {idClearDeckA, idClearDeckB},
+};
+
+const char* DeckItemText(const DeckItem& item, unsigned id, int index) {
+  if (item.idA == idBeatLoopLengthA) return arBeatLoopLengths[std::size_t(index)];
+  return item.text ? item.text : TKeyTable::FindByCommand(int(id)).text;
+}
+
+void AddDeckMenu(std::vector<LMenuItem>& menu, DJDeckPosition deck) {
+  menu.push_back({kMenuSub, deck == kDeckA ? "Deck A" : "Deck B"});
+  for (const DeckItem& item : kDeckItems) {
+    const unsigned id = deck == kDeckA ? item.idA : item.idB;
+    if (id == 0 || id == kMenuSub) menu.push_back({id, item.text});
+    for (int i = 0; id != 0 && id != kMenuSub && i < item.count; ++i)
+      menu.push_back({id + unsigned(i), DeckItemText(item, id + unsigned(i), i)});
+  }
+  menu.push_back(kEndSub);
+}
+
+std::vector<LMenuItem> BuildMenu() {
+  std::vector<LMenuItem> menu(std::begin(kMenu), std::end(kMenu));
+  menu.push_back({kMenuSub, "Deck-Steuerelemente"});
+  AddDeckMenu(menu, kDeckA);
+  AddDeckMenu(menu, kDeckB);
+  menu.push_back(kEndSub);
+  return menu;
+}
 
 }  // namespace
 
-std::span<const LMenuItem> TMainMenu::Items() { return kMenu; }
+std::span<const LMenuItem> TMainMenu::Items() {
+  static const std::vector<LMenuItem> menu = BuildMenu();
+  return menu;
+}
 
 std::vector<LKeyToCommandMap> TMainMenu::Keys() {
   std::vector<LKeyToCommandMap> keys;

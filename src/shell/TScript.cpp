@@ -2,9 +2,12 @@
 
 #include <algorithm>
 
+#include "console/DJPitchLaw.h"
+#include "console/TDeckLoop.h"
 #include "control/TAVIID.h"
 #include "control/TKeyTable.h"
 #include "foundation/LText.h"
+#include "shell/TCommandTable.h"
 
 namespace {
 
@@ -25,39 +28,71 @@ DJDeckPosition DeckFrom(std::string_view word) {
 
 bool TakeNumber(std::string_view& rest, double low, double high, double& value) {
   const auto number = LText::ToDouble(TakeWord(rest));
-  if (!number || *number < low || *number > high || !rest.empty()) return false;
+  if (!number || !(*number >= low && *number <= high)) return false;
   value = *number;
   return true;
+}
+
+bool TakeLastNumber(std::string_view& rest, double low, double high, double& value) {
+  return TakeNumber(rest, low, high, value) && rest.empty();
+}
+
+bool TakeDeck(std::string_view& rest, TScriptEvent& event) {
+  event.deck = DeckFrom(TakeWord(rest));
+  return event.deck != kNoDeck;
 }
 
 using Reader = bool (*)(std::string_view rest, TScriptEvent& event);
 
 bool ReadLoad(std::string_view rest, TScriptEvent& event) {
-  event.deck = DeckFrom(TakeWord(rest));
+  if (!TakeDeck(rest, event)) return false;
   event.path = rest;
-  return event.deck != kNoDeck && !rest.empty();
+  return !rest.empty();
 }
 
 bool ReadCommand(std::string_view rest, TScriptEvent& event) {
   const auto number = LText::ToInt(rest);
-  const TKeyCommand& row = number ? TKeyTable::FindByCommand(int(*number)) : TKeyTable::FindByName(rest);
-  event.target = row.id;
-  return IsValid(row);
+  event.target = number ? int(*number) : TKeyTable::FindByName(rest).id;
+  return FindCommand(event.target) != nullptr;
 }
 
-bool ReadCrossfade(std::string_view rest, TScriptEvent& event) { return TakeNumber(rest, 0, 100, event.value); }
+bool ReadCrossfade(std::string_view rest, TScriptEvent& event) { return TakeLastNumber(rest, 0, 100, event.value); }
 
 bool ReadVolume(std::string_view rest, TScriptEvent& event) {
   const std::string_view whose = TakeWord(rest);
   event.deck = DeckFrom(whose);
   event.target = LText::EqualsNoCase(whose, "phones") ? 1 : 0;
   if (event.deck == kNoDeck && event.target == 0 && !LText::EqualsNoCase(whose, "master")) return false;
-  return TakeNumber(rest, -127, 127, event.value);
+  return TakeLastNumber(rest, -127, 127, event.value);
 }
 
 bool ReadSeek(std::string_view rest, TScriptEvent& event) {
-  event.deck = DeckFrom(TakeWord(rest));
-  return event.deck != kNoDeck && TakeNumber(rest, 0, 1e6, event.value);
+  return TakeDeck(rest, event) && TakeLastNumber(rest, 0, 1e6, event.value);
+}
+
+bool ReadPitch(std::string_view rest, TScriptEvent& event) {
+  return TakeDeck(rest, event) && TakeLastNumber(rest, 0, kPitchSliderMax, event.value);
+}
+
+bool ReadLoop(std::string_view rest, TScriptEvent& event) {
+  return TakeDeck(rest, event) && TakeLastNumber(rest, kWholeTrack, 1e4, event.value) &&
+         (event.value >= 0 || event.value == kWholeTrack);
+}
+
+bool ReadBpm(std::string_view rest, TScriptEvent& event) {
+  double firstBeat = 0;
+  if (!TakeDeck(rest, event) || !TakeNumber(rest, 0, 1000, event.value) || !TakeLastNumber(rest, 0, 1e9, firstBeat))
+    return false;
+  event.target = int(firstBeat);
+  return true;
+}
+
+bool ReadScratch(std::string_view rest, TScriptEvent& event) {
+  if (!TakeDeck(rest, event)) return false;
+  event.target = rest == "begin" ? TScriptEvent::ScratchBegin
+                 : rest == "end" ? TScriptEvent::ScratchEnd
+                                 : TScriptEvent::ScratchMove;
+  return event.target != TScriptEvent::ScratchMove || TakeLastNumber(rest, -1e9, 1e9, event.value);
 }
 
 bool ReadState(std::string_view rest, TScriptEvent& event) {
@@ -77,6 +112,10 @@ constexpr VerbRow kVerbs[] = {
     {"crossfade", "crossfade 0..100", TScriptEvent::Crossfade, ReadCrossfade},
     {"volume", "volume A|B|master|phones DB", TScriptEvent::Volume, ReadVolume},
     {"seek", "seek A|B SEKUNDEN", TScriptEvent::Seek, ReadSeek},
+    {"pitch", "pitch A|B 0..1000", TScriptEvent::Pitch, ReadPitch},
+    {"loop", "loop A|B SCHLÄGE (0: aus, -1: ganzer Titel)", TScriptEvent::Loop, ReadLoop},
+    {"bpm", "bpm A|B BPM ERSTER_SCHLAG", TScriptEvent::Bpm, ReadBpm},
+    {"scratch", "scratch A|B begin|FRAME|end", TScriptEvent::Scratch, ReadScratch},
     {"state", "state DATEI", TScriptEvent::State, ReadState},
     {"quit", "quit", TScriptEvent::Quit, [](std::string_view rest, TScriptEvent&) { return rest.empty(); }},
 };

@@ -1,6 +1,7 @@
 // A script: one event a line, "SECONDS VERB ARGUMENTS", "#" begins a comment line. The whole script is checked before
 // anything of it runs.
-// Units    seconds with fractions; levels in dB; crossfader 0..100.
+// Units    seconds with fractions; levels in dB; crossfader 0..100; pitch slider 0..1000; loops in beats; frames of 44100
+//          a second.
 // Threads  [main]
 // Failure  the first wrong line gives a German text that names it.
 #pragma once
@@ -11,13 +12,14 @@
 #include "console/DJDeckPosition.h"
 
 struct TScriptEvent {
-  enum Verb { Load, Command, Crossfade, Volume, Seek, State, Quit };
+  enum Verb { Load, Command, Crossfade, Volume, Seek, Pitch, Loop, Bpm, Scratch, State, Quit };
+  enum ScratchStep { ScratchBegin, ScratchMove, ScratchEnd };
   double seconds = 0;
   Verb verb = Quit;
-  DJDeckPosition deck = kNoDeck;  // Load, Seek; Volume of a deck
-  int target = 0;                 // Command: id; Volume without deck: 0 master, 1 headphones
-  double value = 0;               // Crossfade, Volume, Seek
-  std::string path = {};          // Load, State
+  DJDeckPosition deck = kNoDeck;  // Load and all that a deck does; Volume of a deck
+  int target = 0;    // Command: id; Volume without deck: 0 master, 1 headphones; Bpm: first beat; Scratch: ScratchStep
+  double value = 0;  // Crossfade, Volume, Seek, Pitch, Loop, Bpm; Scratch: the frame
+  std::string path = {};  // Load, State
   int line = 0;
 };
 

@@ -40,6 +40,14 @@ void TScriptPlayer::Run(const TScriptEvent& event) {
       return host_.ScriptVolume(event);
     case TScriptEvent::Seek:
       return host_.ScriptSeek(event.deck, event.value);
+    case TScriptEvent::Pitch:
+      return host_.ScriptPitch(event.deck, int(std::lround(event.value)));
+    case TScriptEvent::Loop:
+      return host_.ScriptLoop(event.deck, event.value);
+    case TScriptEvent::Bpm:
+      return host_.ScriptBpm(event.deck, event.value, event.target);
+    case TScriptEvent::Scratch:
+      return host_.ScriptScratch(event);
     case TScriptEvent::State:
       return host_.ScriptState(event.path);
     case TScriptEvent::Quit:

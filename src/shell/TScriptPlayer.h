@@ -12,6 +12,10 @@ class TScriptHost {
   virtual void ScriptCrossfade(int position) = 0;
   virtual void ScriptVolume(const TScriptEvent& event) = 0;
   virtual void ScriptSeek(DJDeckPosition deck, double seconds) = 0;
+  virtual void ScriptPitch(DJDeckPosition deck, int slider) = 0;
+  virtual void ScriptLoop(DJDeckPosition deck, double beats) = 0;
+  virtual void ScriptBpm(DJDeckPosition deck, double bpm, int firstBeatFrame) = 0;
+  virtual void ScriptScratch(const TScriptEvent& event) = 0;
   virtual void ScriptState(const std::string& path) = 0;
   virtual void ScriptEnded(bool quit) = 0;  // by its own quit, or because nothing is left
 

@@ -21,8 +21,34 @@ std::string Quoted(const std::string& text) {
 std::string Db(LLevel level) { return level.IsMuted() ? "null" : std::to_string(level.Get()); }
 const char* Bool(bool value) { return value ? "true" : "false"; }
 
+const char* SyncText(DJDeck::SyncState state) {
+  return state == DJDeck::Master ? "master" : state == DJDeck::Slave ? "slave" : "free";
+}
+
+std::string LoopJson(const TDeckLoop& loop) {
+  if (!loop.on) return "null";
+  return LText::Format("{\"start_frames\": %d, \"length_frames\": %d, \"beats\": %g}", loop.start, loop.length,
+                       loop.beats);
+}
+
+// The slots in order; null for an empty one.
+std::string CueJson(const DJDeck& deck) {
+  std::string json = "[";
+  for (int slot = 0; slot < kCuePoints; ++slot) {
+    const int frame = deck.GetCuePosition(slot), length = deck.Cues().LoopLength(slot);
+    json += slot == 0 ? "" : ", ";
+    if (frame == kNoCue && length == kNoLoopLength) {
+      json += "null";
+      continue;
+    }
+    json += LText::Format("{\"frames\": %d, \"loop_beats\": %g}", frame,
+                          length == kNoLoopLength ? 0 : arLoopLengths[std::size_t(length)]);
+  }
+  return json + "]";
+}
+
 std::string DeckJson(const DJDeck& deck) {
-  const int position = deck.GetPlayPosition(), length = deck.IsLoaded() ? deck.GetEndSample() : 0;
+  const int position = deck.GetPlayPosition(), length = deck.IsLoaded() ? deck.GetTrackEnd() : 0;
   std::string json = LText::Format("    {\n      \"deck\": \"%c\",\n", deck.GetLetter());
   json +=
       LText::Format("      \"loaded\": %s,\n      \"playing\": %s,\n", Bool(deck.IsLoaded()), Bool(deck.IsPlaying()));
@@ -32,9 +58,14 @@ std::string DeckJson(const DJDeck& deck) {
   json += LText::Format("      \"length_frames\": %d,\n", length);
   json += "      \"volume_db\": " + Db(deck.GetVolume()) + ",\n";
   json += "      \"crossfade_db\": " + Db(deck.GetCrossFadeLevel()) + ",\n";
-  json +=
-      LText::Format("      \"headphones\": %s,\n      \"bpm\": %.3f\n    }", Bool(deck.IsHeadphoneOn()), deck.GetBPM());
-  return json;
+  json += LText::Format("      \"headphones\": %s,\n      \"bpm\": %.3f,\n", Bool(deck.IsHeadphoneOn()), deck.GetBPM());
+  json += LText::Format("      \"first_beat_frames\": %d,\n      \"pitch\": %.6f,\n      \"key_lock\": %s,\n",
+                        deck.GetBeatOffset(), deck.GetPitch(), Bool(deck.IsKeyLocked()));
+  json += LText::Format("      \"sync\": \"%s\",\n", SyncText(deck.GetSyncState()));
+  json += LText::Format("      \"strict_beats\": %s,\n      \"vinyl_mode\": %s,\n      \"scratching\": %s,\n",
+                        Bool(deck.HasStrictBeats()), Bool(deck.HasVinylMode()), Bool(deck.IsScratching()));
+  json += "      \"loop\": " + LoopJson(deck.GetLoop()) + ",\n";
+  return json + "      \"cue_points\": " + CueJson(deck) + "\n    }";
 }
 
 }  // namespace

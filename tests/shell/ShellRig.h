@@ -12,19 +12,27 @@ struct ShellRig {
   ShellRig() : platform(LTestPlatform::Threads::Offline, &toolkit) {
     toolkit.SetRunFunction([this] { platform.run.RunUntilQuit(); });
     platform.backend.SetCapture(0, [this](const int* samples, int frames, int channels) {
-      for (int i = 0; i < frames; ++i) heard.push_back(samples[i * channels] >> 12);
+      for (int i = 0; i < frames; ++i) {
+        heard.push_back(samples[i * channels] >> 12);
+        heardRight.push_back(samples[i * channels + 1] >> 12);
+      }
     });
   }
 
   // A wave file with a sine on both channels.
   std::string Track(const std::string& name, double hz, double seconds, int amplitude = 200000) {
-    const std::string path = platform.TempPath(name);
-    LSoundSink sink = LWaveFile::OpenSinkPCM(path, kDeckRate, 2, 16, 0);
     std::vector<int> samples;
     for (int i = 0; i < int(seconds * kDeckRate); ++i) {
       const int value = int(amplitude * std::sin(2 * M_PI * hz * i / kDeckRate));
       samples.insert(samples.end(), {value, value});
     }
+    return Wave(name, samples);
+  }
+
+  // A wave file of given stereo samples.
+  std::string Wave(const std::string& name, const std::vector<int>& samples) {
+    const std::string path = platform.TempPath(name);
+    LSoundSink sink = LWaveFile::OpenSinkPCM(path, kDeckRate, 2, 16, 0);
     for (std::size_t at = 0; at < samples.size(); at += 2 * kMaxBlockFrames)
       sink.Write(samples.data() + at, int(std::min<std::size_t>(kMaxBlockFrames, (samples.size() - at) / 2)));
     return path;
@@ -49,5 +57,5 @@ struct ShellRig {
 
   LHeadlessToolkit toolkit;
   LTestPlatform platform;
-  std::vector<int> heard;  // left channel of the main device, on the sample scale
+  std::vector<int> heard, heardRight;  // of the main device, on the sample scale
 };

@@ -24,7 +24,14 @@ TEST(TScript, RefusesTheFirstWrongLineByItsNumber) {
       {"0 command 12", "Zeile 1"},
       {"0 volume C -3", "Zeile 1"},
       {"0 volume master 200", "Zeile 1"},
-      {"0 pitch A 500", "Das Kommando \"pitch\" ist nicht bekannt"},
+      {"0 eq A 1 50", "Das Kommando \"eq\" ist nicht bekannt"},
+      {"0 pitch A 1001", "Zeile 1"},
+      {"0 pitch 500", "Zeile 1"},
+      {"0 loop A -2", "Zeile 1"},
+      {"0 bpm A 120", "Zeile 1"},
+      {"0 bpm A 120 -1", "Zeile 1"},
+      {"0 scratch A start", "Zeile 1"},
+      {"0 command Cue Point 9 A", "Zeile 1"},
       {"0 quit now", "Zeile 1"},
   };
   for (const auto& c : kCases) {
