@@ -103,7 +103,7 @@ class ToneSource final : public LSoundSourceBase {
  public:
   explicit ToneSource(double hz) : LSoundSourceBase(kDeckRate, 1, kPeak16), step_(2 * M_PI * hz / kDeckRate) {}
   void Read(int* out, int frames) override {
-    for (int i = 0; i < frames; ++i) out[i] = int(std::lround(kFullScale / 2 * std::sin(step_ * position_++)));
+    for (int i = 0; i < frames; ++i) out[i] = int(std::lround(0.5 * kFullScale * std::sin(step_ * position_++)));
   }
   int GetPositionSample() const override { return position_; }
   int GetEndSample() const override { return kEndless; }

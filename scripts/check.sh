@@ -15,11 +15,12 @@ declare -A may=(
   [sound]="sound foundation"
   [audiofile]="audiofile sound foundation"
   [tempo]="tempo audiofile sound foundation"
-  [console]="console tempo audiofile sound foundation"
+  [effects]="effects tempo sound foundation"
+  [console]="console effects tempo audiofile sound foundation"
   [control]="control foundation"
   [toolkit]="toolkit foundation"
-  [screens]="screens toolkit control console tempo audiofile sound foundation"
-  [shell]="shell screens toolkit control console tempo audiofile sound foundation"
+  [screens]="screens toolkit control console effects tempo audiofile sound foundation"
+  [shell]="shell screens toolkit control console effects tempo audiofile sound foundation"
   [platform]="platform sound foundation"
 )
 for file in "${sources[@]}"; do
@@ -33,7 +34,7 @@ for file in "${sources[@]}"; do
   [[ $file == src/toolkit/qt/* ]] || ! grep -qE '#include <Q[A-Zt]' "$file" || complain "$file includes Qt"
 done
 
-for header in src/sound/*.h src/tempo/*.h src/console/*.h; do
+for header in src/sound/*.h src/tempo/*.h src/effects/*.h src/console/*.h; do
   grep -q '^// Threads' "$header" || complain "$header says nothing about threads"
 done
 for file in "${sources[@]}"; do

@@ -60,6 +60,12 @@ std::vector<int> Make(const std::string& recipe) {
     for (int frame = 0; frame < int(frames); ++frame) samples.insert(samples.end(), {frame, -frame - 1});
     return samples;
   }
+  if (words[0] == "impulse") {
+    std::vector<int> samples(frames * 2);
+    samples[0] = int(values["left"]);
+    samples[1] = int(values["right"]);
+    return samples;
+  }
   if (words[0] == "silence") return std::vector<int>(frames * channels);
   if (words[0] != "silence_lcg") Fail("unknown recipe " + recipe);
   const auto lead = std::size_t(values["lead"]);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <numbers>
@@ -115,7 +116,13 @@ TEST(LFFT, KernelsGiveTheSameBits) {
     kernels.rebuild({other.re.data(), other.im.data()}, magnitude.data(), cross.data(), 1024);
     kernels.joinReal({joined.re.data(), joined.im.data()}, {data.re.data(), data.im.data()},
                      {other.re.data(), other.im.data()}, 1024);
-    for (const auto* array : {&magnitude, &phase, &cross, &frequencies, &other.re, &other.im, &joined.re}) keep(*array);
+    LAlignedDoubles unwrapped(1024);
+    kernels.unwrap(unwrapped.data(), phase.data(), 1024);
+    std::vector<int> peaks(1024);
+    const int count = kernels.peaks(peaks.data(), magnitude.data(), 1023, 1e6);  // a tail of less than a vector
+    all.insert(all.end(), peaks.begin(), peaks.begin() + count);
+    for (const auto* array : {&unwrapped, &magnitude, &phase, &cross, &frequencies, &other.re, &other.im, &joined.re})
+      keep(*array);
     return all;
   };
   const auto forms = UsableTempoKernels();
@@ -173,7 +180,7 @@ TEST(LFFTFrame, LoadsShiftsAndMirrors) {
   LFFTFrame frame(4);
   const auto points = [&](const double* data) {
     std::vector<int> rounded;
-    for (int i = 0; i < 4; ++i) rounded.push_back(int(std::lround(data[i])));
+    std::transform(data, data + 4, std::back_inserter(rounded), [](double value) { return int(std::lround(value)); });
     return rounded;
   };
   const int stereo[] = {1, 10, 2, 20, 3, 30, 4, 40};

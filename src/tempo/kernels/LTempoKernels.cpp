@@ -6,6 +6,7 @@
 #include <cstring>
 #include <numbers>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #if defined(__GNUC__)

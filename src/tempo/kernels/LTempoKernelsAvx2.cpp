@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <numbers>
+#include <type_traits>
 #include <utility>
 
 #include "tempo/kernels/LTempoKernels.h"
