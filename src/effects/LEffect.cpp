@@ -4,6 +4,10 @@
 
 #include "effects/LEffectTypes.h"
 
+namespace {
+constexpr std::uint16_t kBaseContainer = 4096, kBypassChunk = 8192;
+}
+
 LEffect::LEffect(int typeNumber) : type_(FindEffectType(typeNumber)) {
   for (const LEffectParameter& parameter : type_.parameters) values_.push_back(parameter.value);
 }
@@ -55,5 +59,40 @@ std::unique_ptr<LEffect> LEffect::Copy() const {
   std::unique_ptr<LEffect> copy = type_.create();
   copy->values_ = values_;
   copy->bypass_ = bypass_;
+  copy->unknown_ = unknown_;
+  copy->unknownInBase_ = unknownInBase_;
   return copy;
+}
+
+// Files
+
+void LEffect::SaveToSDF(LSDFWriter& writer) const {
+  writer.StartContainer(kBaseContainer, 1, unknownInBase_);
+  writer.WriteBool(kBypassChunk, bypass_, 1);
+  writer.EndContainer();
+  for (int i = 0; i < GetNumParameters(); ++i) writer.WriteInt(std::uint16_t(kFirstChunk + i), StoredValue(i), i + 2);
+}
+
+void LEffect::LoadFromSDF(LSDFReaderChunkIterator chunks) {
+  for (; chunks.IsValid(); chunks.Next()) {
+    const int parameter = chunks->type == lsdfInt ? ParameterOfChunk(chunks->id) : -1;
+    const bool isBase = chunks->id == kBaseContainer && chunks->type == lsdfContainer;
+    if (isBase) LoadBase(chunks.Inside());
+    if (parameter >= 0 && parameter < GetNumParameters()) LoadStoredValue(parameter, chunks.Int());
+    if (isBase || (parameter >= 0 && parameter < GetNumParameters()))
+      chunks.CountKnown();
+    else
+      chunks.KeepUnknown(unknown_);
+  }
+}
+
+void LEffect::LoadBase(LSDFReaderChunkIterator chunks) {
+  for (; chunks.IsValid(); chunks.Next()) {
+    if (chunks->id != kBypassChunk || chunks->type != lsdfBool) {
+      chunks.KeepUnknown(unknownInBase_);
+      continue;
+    }
+    bypass_ = chunks.Bool();
+    chunks.CountKnown();
+  }
 }

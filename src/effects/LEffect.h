@@ -9,6 +9,7 @@
 #include <span>
 #include <vector>
 
+#include "foundation/LSDF.h"
 #include "sound/LSoundProcess.h"
 
 struct LEffectParameter {
@@ -58,14 +59,29 @@ class LEffect : public LSoundProcess {
   LSoundProcess* GetNewCopy() const override { return Copy().release(); }
   void LoadValue(int index, int value);  // clamped
 
+  // What stands in a file for this effect: a container 4096 with the bypass, then an int for each value, ids from 8192
+  // on. `chunks` walks the effect's container.
+  void SaveToSDF(LSDFWriter& writer) const;
+  void LoadFromSDF(LSDFReaderChunkIterator chunks);
+  const LSDFUnknownChunks& UnknownChunks() const { return unknown_; }  // of the effect's container
+
  protected:
+  // For an effect that stores a value in another form, or under an older id.
+  virtual int StoredValue(int index) const { return Value(index); }
+  virtual void LoadStoredValue(int index, int stored) { LoadValue(index, stored); }
+  virtual int ParameterOfChunk(int id) const { return id - kFirstChunk; }  // outside the parameters: unknown
+
+  static constexpr int kFirstChunk = 8192;
   explicit LEffect(int typeNumber);
   int Value(int index) const { return values_[std::size_t(index)]; }
   double Decimal(int index) const { return Value(index) / 1000.0; }
   double Percent(int index) const { return Value(index) / 100.0; }
 
  private:
+  void LoadBase(LSDFReaderChunkIterator chunks);
+
   const LEffectType& type_;
   std::vector<int> values_;
   bool bypass_ = false;
+  LSDFUnknownChunks unknown_, unknownInBase_;
 };
