@@ -134,12 +134,6 @@ void DJConsole::djntfHeadphone(DJDeck& deck, bool on) {
   if (players_.IsRunning()) ResyncAll(true);
 }
 
-LSoundSource DJConsole::OpenGlobalFxChain(LSoundSource source) {
-  for (const MasterEffect& effect : masterEffects_)
-    if (!effect.disabled) source = effect.process->OpenSource(source);
-  return source;
-}
-
 LSoundSource DJConsole::OpenMainTail(const LSoundSource& source) {
   return LSoundSource::Make<TRecorderSource>(OpenGlobalFxChain(source), recorder_);
 }
@@ -347,18 +341,17 @@ void DJConsole::EvUpdateEffectChain() {
 void DJConsole::CmUpdateMasterEffects() {
   if (!players_.IsRunning()) return;
   const TPlayersLock lock(players_);
-  const int position = players_.Main().Chain().GetPositionSample();
+  const TPlayers::Places places = players_.GetPlaces();
   LSoundSource mix = mixer_.OpenSource();
   if (players_.UsesSecond()) {
     players_.OpenSplitter(mix, {map_.mainLeft, map_.mainRight, map_.headphoneLeft, map_.headphoneRight});
     LSoundSource main = OpenMainTail(players_.MainHalf());
     LSoundSource headphone = OpenGlobalFxChain(players_.HeadphoneHalf());
-    players_.Replace(main, &headphone);
+    players_.Replace(main, &headphone, places);
   } else {
     LSoundSource main = OpenMainTail(mix);
-    players_.Replace(main, nullptr);
+    players_.Replace(main, nullptr, places);
   }
-  players_.Main().Chain().Seek(position);
   ResyncAll(true);
 }
 

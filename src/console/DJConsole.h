@@ -19,9 +19,9 @@
 #include "console/TPlayers.h"
 #include "console/TRecorder.h"
 #include "console/TStreamSender.h"
+#include "effects/LEffectList.h"
 #include "foundation/LTimerHandler.h"
 #include "sound/LAudioMixer.h"
-#include "sound/LSoundProcess.h"
 
 inline constexpr long kMainPlayerId = 6, kMicrophonePlayerId = 9;
 
@@ -106,6 +106,7 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   void StopSpeaking() { microphone_.StopSpeaking(); }
   bool IsSpeaking() const { return microphone_.IsSpeaking(); }
 
+  LMasterEffects& GetMasterEffects() { return masterEffects_; }
   void djntfProcessChainUpdate() { pending_.chain = true; }
   void djntfProcessChainUpdateNow() { EvUpdateEffectChain(); }
   void djntfProcessMasterFxChainUpdate() { pending_.masterFx = true; }
@@ -114,10 +115,6 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   void tmntfTimer();
 
  private:
-  struct MasterEffect {
-    std::unique_ptr<LSoundProcess> process;
-    bool disabled = false;
-  };
   struct DeckFlags {
     bool time = false, fx = false, volume = false;
     std::optional<double> pitch = {};
@@ -156,7 +153,7 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   void AddDeckSourceToMixer(DJDeck& deck);
   bool StartPlayingDeck(DJDeck& deck);
   bool StartPlayers();
-  LSoundSource OpenGlobalFxChain(LSoundSource source);
+  LSoundSource OpenGlobalFxChain(const LSoundSource& source) const { return masterEffects_.OpenSource(source); }
   LSoundSource OpenMainTail(const LSoundSource& source);
 
   // Levels.
@@ -204,7 +201,7 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   TRecorder recorder_;  // outlives the players, whose graph writes to it
   LAudioMixer mixer_{false};
   std::vector<std::unique_ptr<DJDeck>> decks_;
-  std::vector<MasterEffect> masterEffects_;
+  LMasterEffects masterEffects_;
   TPlayers players_;
   TMicrophone microphone_;
   DJConsoleNotify* target_ = nullptr;

@@ -9,6 +9,7 @@
 #include "console/LLoopSaveSource.h"
 #include "console/LLoopSource.h"
 #include "console/TScratch.h"
+#include "effects/LEffectList.h"
 #include "foundation/LClock.h"
 #include "foundation/LPlatform.h"
 #include "foundation/LThreadRole.h"
@@ -188,7 +189,8 @@ void DJDeck::SetSync(SyncState state, DJDeckPosition master) {
 
 void DJDeck::SetCuePointAtIndex(int index, int frame) {
   if (!loaded_) return;
-  if (frame == -1) frame = std::max(rawPosition_, 0);
+  if (frame == -1) frame = rawPosition_;
+  frame = std::clamp(frame, 0, std::max(GetTrackEnd(), 0));  // a converted track may end some frames later
   if (frame < GetTrackEnd() && SnapsToBeats()) frame = GetBeatGrid().GetClosestBeatPos(frame);
   cues_.Set(index, frame, GetTrackEnd());
 }
@@ -258,6 +260,7 @@ LSoundSource DJDeck::OpenSource() {
 
 LSoundSource DJDeck::BuildChain(LSoundSource source) {
   if (!source.IsOk()) return source;
+  if (effectChain_) source = effectChain_->OpenSource(position_, source);
   source = OpenSpeed(source);
   source.Seek(playPosition_);
   if (loop_.IsActive()) source = LLoopSource::OpenSource(source, loop_.start, loop_.End());

@@ -21,9 +21,21 @@ bool TPlayers::Start(LSoundSource& main, LSoundSource& headphone) {
   return true;
 }
 
-void TPlayers::Replace(LSoundSource& main, LSoundSource* headphone) {
+TPlayers::Places TPlayers::GetPlaces() {
+  Places places;
+  if (main_.IsActive()) places.main = main_.Chain().GetPositionSample();
+  if (headphone_.IsActive()) places.headphone = headphone_.Chain().GetPositionSample();
+  return places;
+}
+
+void TPlayers::Replace(LSoundSource& main, LSoundSource* headphone, const Places& places) {
+  const bool both = headphone && headphone_.IsActive();
   main_.ReplaceSource(main);
-  if (headphone && headphone_.IsActive()) headphone_.ReplaceSource(*headphone);
+  if (both) headphone_.ReplaceSource(*headphone);
+  if (both) splitter_.BeginSharedSeek();
+  main_.Chain().Seek(places.main);
+  if (both) headphone_.Chain().Seek(places.headphone);
+  if (both) splitter_.EndSharedSeek();
 }
 
 void TPlayers::StopPlaying() {

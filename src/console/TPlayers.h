@@ -26,7 +26,13 @@ class TPlayers {
 
   bool Start(LSoundSource& main);
   bool Start(LSoundSource& main, LSoundSource& headphone);
-  void Replace(LSoundSource& main, LSoundSource* headphone);  // under the lock
+  // Other sources for what runs, which go on at the places the players had before the new ones were opened. Under the
+  // lock.
+  struct Places {
+    int main = 0, headphone = 0;
+  };
+  Places GetPlaces();
+  void Replace(LSoundSource& main, LSoundSource* headphone, const Places& places);
   void StopPlaying();
 
   // Frames that were read but are not heard yet, in front of the device; with addSplitter those in the main half's
