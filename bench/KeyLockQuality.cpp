@@ -59,7 +59,7 @@ ToneError MeasureTone(const std::vector<float>& samples, double hz, double ampli
   double turned = 0;  // over short steps, so that no whole turn is missed
   for (std::size_t at = first; at < first + frames; at += step)
     turned += std::arg(ToneAt(samples, at + step, frames / 2, hz) / ToneAt(samples, at, frames / 2, hz));
-  const double steps = double((frames + step - 1) / step);
+  const double steps = std::ceil(double(frames) / double(step));
   const double found = hz + turned / kTurn * kDeckRate / (steps * double(step));
   const Complex tone = ToneAt(samples, first, frames, found);
   double rest = 0;

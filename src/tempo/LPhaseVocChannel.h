@@ -13,11 +13,11 @@
 struct LPhaseVocFrame {
   explicit LPhaseVocFrame(int bins);
   int bins;
-  LAlignedDoubles magnitude, phase, cross;         // what the analysis gives
-  LAlignedDoubles frequency, unwrapped;            //
-  LAlignedDoubles rebuiltMagnitude, rebuiltPhase;  //
-  std::vector<int> peaks, regionStarts, regionOf;  //
-  std::vector<unsigned char> startAfresh;          // by region
+  LAlignedDoubles magnitude, phase, cross;  // what the analysis gives
+  LAlignedDoubles frequency, unwrapped;
+  LAlignedDoubles rebuiltMagnitude, rebuiltPhase;
+  std::vector<int> peaks, regionStarts, regionOf;
+  std::vector<unsigned char> startAfresh;  // by region
   int peakCount = 0;
   LPolarBins Analysis() { return {magnitude.data(), phase.data(), cross.data()}; }
 };

@@ -7,7 +7,6 @@
 // Threads  LSPPhaseVoc [main]; LSRCPhaseVoc [player], Read allocates nothing.
 // Failure  a ratio out of range is held to what the frame allows.
 #pragma once
-#include <memory>
 #include <vector>
 
 #include "sound/LSoundProcess.h"
@@ -20,6 +19,7 @@ class LSPPhaseVoc final : public LSoundProcess {
   static constexpr double kMaxRatio = 8;  // beyond it grains serve instead; a negative ratio plays backward
   LSPPhaseVoc(double ratio, bool outputTime) : ratio_(ratio), outputTime_(outputTime) {}
   LSoundSource OpenSource(LSoundSource& input) override;
+  LSoundProcess* GetNewCopy() const override { return new LSPPhaseVoc(*this); }
 
  private:
   double ratio_;
@@ -28,6 +28,7 @@ class LSPPhaseVoc final : public LSoundProcess {
 
 struct LPhaseVocGeometry {
   static constexpr int kHopShift = 3;
+  static constexpr int kMaxBits = 16;  // rates of 2 MHz: no header of a file makes it claim more memory
   LPhaseVocGeometry(int sampleRate, double ratio, int hopShift);
   int bits;
   int size;          // N, frames of a transform
@@ -63,7 +64,7 @@ class LSRCPhaseVoc final : public LSoundProcessBase {
   void RebuildSpectrum(int channel, LPhaseVocHops hops, LComplexArrays& spectrum);
   void Hear(int channel, const double* rebuilt);
   void FadeOut(int* out, int frames, int channel) const;
-  int* InputAt(int frame) { return input5_.data() + frame * GetChannels(); }
+  int* InputAt(int frame) { return inputBuffer_.data() + frame * GetChannels(); }
 
   bool outputTime_;
   LPhaseVocGeometry geometry_;
@@ -71,13 +72,13 @@ class LSRCPhaseVoc final : public LSoundProcessBase {
   int bins_;      // B = N / 2
   LFFT transform_;
   LHanningWindow window_;
-  LAlignedDoubles laterWindow_;  // the window times the place in the frame, 0..1
-  LAlignedDoubles heardGain_;    // of the two hops that are heard
-  std::vector<int> input5_;      // 5 N frames, interleaved
-  int readOffset_ = 0;           // frames: where the newest frame begins
-  double hopRest_ = 0;           // 0..1, what the hops so far fall short of the exact ones
-  int cursor_;                   // B - Hs..B: progress of the cross-fade; at B a new frame is due
-  int readCount_ = 0;            // frames read beyond the middle of the newest frame
+  LAlignedDoubles laterWindow_;   // the window times the place in the frame, 0..1
+  LAlignedDoubles heardGain_;     // of the two hops that are heard
+  std::vector<int> inputBuffer_;  // 5 N frames, interleaved
+  int readOffset_ = 0;            // frames: where the newest frame begins
+  double hopRest_ = 0;            // 0..1, what the hops so far fall short of the exact ones
+  int cursor_;                    // B - Hs..B: progress of the cross-fade; at B a new frame is due
+  int readCount_ = 0;             // frames read beyond the middle of the newest frame
   bool restartPending_ = true;
 
   std::vector<LPhaseVocChannel> channels_;

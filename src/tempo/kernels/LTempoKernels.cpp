@@ -17,10 +17,7 @@ extern const LTempoKernels kTempoKernelsAvx2;
 
 namespace {
 
-#include "tempo/kernels/LVector4.inc"
-//
 #include "tempo/kernels/LFFTLoops.inc"
-//
 #include "tempo/kernels/LVocoderLoops.inc"
 
 const LTempoKernels kScalar{"scalar", Transform,   TransformReal, LoadWindowed, Polar,

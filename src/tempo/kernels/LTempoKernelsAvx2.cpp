@@ -21,10 +21,7 @@
 namespace {
 
 #define L_AVX2_FORM
-#include "tempo/kernels/LVector4.inc"
-//
 #include "tempo/kernels/LFFTLoops.inc"
-//
 #include "tempo/kernels/LVocoderLoops.inc"
 
 }  // namespace
