@@ -221,7 +221,8 @@ void DJConsole::CmDeckClear(DJDeck& deck) {
 void DJConsole::CmDeckReset(DJDeck& deck) {
   CtlDeckFreeSlave(deck);
   pending_.deck[std::size_t(deck.GetPosition())].pitch.reset();
-  CtlDeckPitch(deck, 1.0);
+  nudge_[std::size_t(deck.GetPosition())] = {};
+  TmUpdateDeckPitch(deck, 1.0);  // with its slaves
   deck.ResetDeckToDefaults();
   ResyncPlayerRebuild(deck);
 }
@@ -259,6 +260,11 @@ void DJConsole::djntfVolume(LLevel, LLevel, DJDeck& deck) {
 }
 
 void DJConsole::djntfFX(DJDeck& deck) { pending_.deck[std::size_t(deck.GetPosition())].fx = true; }
+
+void DJConsole::CmDeckUpdateEQ(DJDeck& deck, const std::array<LLevel, TEqualizer::kBands>& levels) {
+  for (int band = 0; band < TEqualizer::kBands; ++band) deck.GetEqualizer().SetLevel(band, levels[std::size_t(band)]);
+  djntfFX(deck);
+}
 
 void DJConsole::ApplyCrossFade() {
   for (const auto& deck : decks_) UpdateDeckVolume(*deck, CrossFadePercent(deck->GetPosition(), crossFade_));

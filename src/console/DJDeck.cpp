@@ -165,6 +165,7 @@ void DJDeck::ClearBPM() {
 void DJDeck::ResetDeckToDefaults() {
   SetPitch(1.0);
   keyLock_ = cueLock_ = false;
+  ResetEffects();
 }
 
 // Speed
@@ -260,6 +261,7 @@ LSoundSource DJDeck::OpenSource() {
 
 LSoundSource DJDeck::BuildChain(LSoundSource source) {
   if (!source.IsOk()) return source;
+  source = equalizer_.OpenSource(source);
   if (effectChain_) source = effectChain_->OpenSource(position_, source);
   source = OpenSpeed(source);
   source.Seek(playPosition_);

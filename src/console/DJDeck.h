@@ -1,6 +1,6 @@
 // One turntable: a loaded track, its position, volume and state of play. It holds no device: it builds a chain of
 // sources on demand and tells its two listeners what happens; the console puts the chain into the mixer.
-// Chain    file at 44100 Hz stereo; effects; speed or key lock, if the pitch is not 1; loop; scratch; level measuring.
+// Chain    file at 44100 Hz stereo; equaliser; effects; speed or key lock, if the pitch is not 1; loop; scratch; level measuring.
 // Units    positions in frames at the deck's present pitch, 44100 a second; beats in frames at pitch 1.
 // Threads  [main]; the chain is read by the feeder and changed only under the player's lock.
 // Failure  Load of an unreadable file leaves an error source in the handles; Play is then refused by the console.
@@ -15,6 +15,7 @@
 #include "console/DJNotify.h"
 #include "console/LTransitionManager.h"
 #include "console/TCuePoints.h"
+#include "effects/TEqualizer.h"
 #include "sound/LSoundSource.h"
 
 class DJConsole;
@@ -127,6 +128,8 @@ class DJDeck {
   void ResetFirstSoundPosition();
   void ResetDeckToDefaults();
 
+  TEqualizer& GetEqualizer() { return equalizer_; }
+  void ResetEffects() { equalizer_ = {}; }
   void SetEffectChain(const TSoundProcessChain* chain) { effectChain_ = chain; }  // outlives the deck, or null
 
   LSoundSource OpenSource();                // the whole chain anew, at the play position
@@ -141,6 +144,7 @@ class DJDeck {
 
   DJConsole& console_;
   const TSoundProcessChain* effectChain_ = nullptr;
+  TEqualizer equalizer_;
   DJDeckPosition position_;
   State state_ = Stopped;
   std::array<DJDeckNotify*, 2> listeners_{};

@@ -26,9 +26,9 @@ bool TDeckLoop::SetBeats(double newBeats, const TBeatGrid& grid, int freshStart)
 void TDeckLoop::Apply(int newStart, double newBeats, const TBeatGrid& grid) {
   if (newBeats < 0) return LoopTrack(grid);
   start = newStart;
+  on = newBeats != 0;
   Measure(newBeats, grid);
   KeepInside(grid);
-  on = newBeats != 0 && length > 0;
 }
 
 void TDeckLoop::MoveTo(int newStart, const TBeatGrid& grid) {
@@ -39,9 +39,10 @@ void TDeckLoop::MoveTo(int newStart, const TBeatGrid& grid) {
 void TDeckLoop::Rescale(int newTrackEnd) {
   length = int(newTrackEnd * lengthFraction);
   start = int(newTrackEnd * startFraction);
+  on = on && length > 0;
 }
 
-void TDeckLoop::LoopTrack(const TBeatGrid& grid) { *this = {true, 0, grid.trackEnd, kWholeTrack, 0, 1.0}; }
+void TDeckLoop::LoopTrack(const TBeatGrid& grid) { *this = {grid.trackEnd > 0, 0, grid.trackEnd, kWholeTrack, 0, 1.0}; }
 
 void TDeckLoop::Measure(double newBeats, const TBeatGrid& grid) {
   beats = std::max(newBeats, arLoopLengths.front());
@@ -54,4 +55,5 @@ void TDeckLoop::KeepInside(const TBeatGrid& grid) {
   length = std::min(length, grid.trackEnd - start);
   startFraction = grid.trackEnd > 0 ? double(start) / grid.trackEnd : 0;
   lengthFraction = grid.trackEnd > 0 ? double(length) / grid.trackEnd : 0;
+  on = on && length > 0;
 }

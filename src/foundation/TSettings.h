@@ -51,6 +51,8 @@ inline constexpr TSettingInt kMidiJogWheelConfig{"Settings", "MidiJogWheelConfig
 inline constexpr TSettingInt kMidiJogWheelMagnitude{"Settings", "MidiJogWheelMagnitude", 1, 1, 5};  // times the delta
 inline constexpr TSettingBool kMidInvertJogWheelDirection{"Settings", "MidInvertJogWheelDirection", false};
 inline constexpr TSettingString kLoadFromFolder{"Settings", "LoadFromFolder", ""};
+inline constexpr TSettingString kMultiEffectsFolder{"Settings", "MultiEffectsFolder", ""};
+inline constexpr TSettingString kMasterEffectsFolder{"Settings", "MasterEffectsFolder", ""};
 inline constexpr TSettingString kLoadSamplesFromFolder{"Settings", "LoadSamplesFromFolder", ""};
 
 inline constexpr TSettingString kDefaultRecordFolder{"Settings", "DefaultRecordFolder", ""};

@@ -36,6 +36,7 @@ MainDialog::MainDialog(const TStartOptions& options, TScript script)
       record_(*console_, *this),
       cue_(*console_, *this),
       pitch_(*console_, *this),
+      effects_(*console_, *this),
       hand_(*console_, pitch_, *this),
       script_(std::move(script), *this),
       hasScript_(options.demo || !options.scriptPath.empty()),
@@ -57,6 +58,7 @@ void MainDialog::InitDialog() {
   consoleGui_ = std::make_unique<DJConsoleGUI>(*this, host);
   for (const DJDeckPosition position : {kDeckA, kDeckB}) {
     DJDeck& deck = console_->AddDeck(position);
+    deck.SetEffectChain(&effects_.Chain());
     deckGui_[std::size_t(position)] = std::make_unique<DJDeckGUI>(*this, host, deck);
   }
   RestoreFrame("MainWindow");
@@ -65,6 +67,7 @@ void MainDialog::InitDialog() {
   console_->SetDeviceOverride(options_.device);
   console_->UpdateDevice();
   record_.PrepareFolder();
+  if (KeepsLists()) effects_.LoadDefaults();
   EnableControls();
   TimerSet(kPostInitTimer, 0);
 }
@@ -125,6 +128,7 @@ void MainDialog::DestroyDialog() {
   if (console_->IsSpeaking()) ToggleMicrophoneMode();  // gives the master its level back
   TSettings::kMasterLevel.Set(console_->GetMasterLevel().Get());
   TSettings::kHeadphoneLevel.Set(console_->GetHeadphoneLevel().Get());
+  if (KeepsLists()) effects_.SaveDefaults();
   console_->Shutdown();
   record_.Shutdown();
   TimerDestroy();
@@ -242,6 +246,7 @@ void MainDialog::CmResetDeck(DJDeckPosition position) {
   if (RefuseDeckAction(position)) return;
   console_->CmDeckReset(Deck(position));
   pitch_.EvDeckReset(position);
+  effects_.ResetEQRack(position);
 }
 
 void MainDialog::CmClearDeck(DJDeckPosition position) {

@@ -15,6 +15,7 @@
 #include "shell/TCueCommands.h"
 #include "shell/TDeckHand.h"
 #include "shell/TDeckLoader.h"
+#include "shell/TEffectCommands.h"
 #include "shell/TPitchCommands.h"
 #include "shell/TRecordCommands.h"
 #include "shell/TSafeLive.h"
@@ -29,6 +30,7 @@ class MainDialog final : public LMainWindow,
                          private TDeckLoaderHost,
                          private TRecordCommandsHost,
                          private TDeckCommandsHost,
+                         private TEffectCommandsHost,
                          private TScriptHost {
  public:
   static constexpr int kDefaultWidth = 1056, kDefaultHeight = 595, kMinimumWidth = 936, kMinimumHeight = 561;
@@ -96,6 +98,7 @@ class MainDialog final : public LMainWindow,
   void TakeScreenshot();
   void CheckMenuItems();
   void CheckDeckItems(DJDeckPosition deck);
+  bool KeepsLists() const { return !options_.offline || !options_.dataFolder.empty(); }
   bool CmPlay(DJDeck& deck);
   bool EvAddDeckMessage(DJDeckPosition deck);
   DJDeckGUI& DeckGUI(DJDeckPosition deck) { return *deckGui_[std::size_t(deck)]; }
@@ -131,6 +134,10 @@ class MainDialog final : public LMainWindow,
   void ShowSyncAlert(DJDeckPosition deck, DJSyncResult result) override { DeckGUI(deck).CmSyncAlert(result); }
   void ShowSaveError(const char* title, const char* text) override { Fail(title, text); }
   LWindow* DialogParent() override { return this; }
+  // Effects.
+  void ShowEffectError(const std::string& title, const std::string& text) override { Fail(title, text); }
+  void ShowEffectMessage(const std::string& text) override { ShowInfoLine(text); }
+  LWindow* EffectDialogParent() override { return this; }
   // Loading and recording.
   void ShowLoadError(const std::string& text) override { Fail("Datei zum Deck hinzufügen", text); }
   void EvDeckToBeCleared(DJDeckPosition deck) override { Hand().CmDeckEndScratch(deck); }
@@ -149,6 +156,10 @@ class MainDialog final : public LMainWindow,
   void ScriptLoop(DJDeckPosition deck, double beats) override { cue_.CmDeckBeatLoop(deck, beats); }
   void ScriptBpm(DJDeckPosition deck, double bpm, int frame) override { Deck(deck).SetBPM(bpm, frame); }
   void ScriptScratch(const TScriptEvent& event) override;
+  void ScriptEffect(const TEffectAction& action) override { effects_.Do(action); }
+  void ScriptEqualizer(DJDeckPosition deck, int band, int position) override {
+    effects_.DeckUpdateEQRack(deck, band, position);
+  }
   void ScriptState(const std::string& path) override;
   void ScriptEnded(bool quit) override;
 
@@ -159,6 +170,7 @@ class MainDialog final : public LMainWindow,
   TRecordCommands record_;
   TCueCommands cue_;
   TPitchCommands pitch_;
+  TEffectCommands effects_;
   TDeckHand hand_;
   TScriptPlayer script_;
   bool hasScript_;

@@ -6,41 +6,19 @@
 #include "console/TDeckLoop.h"
 #include "control/TAVIID.h"
 #include "control/TKeyTable.h"
+#include "effects/TEqualizer.h"
 #include "foundation/LText.h"
 #include "shell/TCommandTable.h"
+#include "shell/TScriptWords.h"
 
 namespace {
 
-// Cuts the first word off the front of a line.
-std::string_view TakeWord(std::string_view& rest) {
-  rest = LText::Trim(rest);
-  const auto end = std::min(rest.find_first_of(" \t"), rest.size());
-  const std::string_view word = rest.substr(0, end);
-  rest = LText::Trim(rest.substr(end));
-  return word;
-}
+using ScriptWords::DeckFrom;
+using ScriptWords::TakeLastNumber;
+using ScriptWords::TakeNumber;
+using ScriptWords::TakeWord;
 
-DJDeckPosition DeckFrom(std::string_view word) {
-  if (LText::EqualsNoCase(word, "A")) return kDeckA;
-  if (LText::EqualsNoCase(word, "B")) return kDeckB;
-  return kNoDeck;
-}
-
-bool TakeNumber(std::string_view& rest, double low, double high, double& value) {
-  const auto number = LText::ToDouble(TakeWord(rest));
-  if (!number || !(*number >= low && *number <= high)) return false;
-  value = *number;
-  return true;
-}
-
-bool TakeLastNumber(std::string_view& rest, double low, double high, double& value) {
-  return TakeNumber(rest, low, high, value) && rest.empty();
-}
-
-bool TakeDeck(std::string_view& rest, TScriptEvent& event) {
-  event.deck = DeckFrom(TakeWord(rest));
-  return event.deck != kNoDeck;
-}
+bool TakeDeck(std::string_view& rest, TScriptEvent& event) { return ScriptWords::TakeDeck(rest, event.deck); }
 
 using Reader = bool (*)(std::string_view rest, TScriptEvent& event);
 
@@ -95,6 +73,13 @@ bool ReadScratch(std::string_view rest, TScriptEvent& event) {
   return event.target != TScriptEvent::ScratchMove || TakeLastNumber(rest, -1e9, 1e9, event.value);
 }
 
+bool ReadEffect(std::string_view rest, TScriptEvent& event) { return TEffectAction::Read(rest, event.effect); }
+
+bool ReadEqualizer(std::string_view rest, TScriptEvent& event) {
+  return TakeDeck(rest, event) && ScriptWords::TakeCount(rest, event.target) && event.target < TEqualizer::kBands &&
+         TakeLastNumber(rest, 0, 100, event.value);
+}
+
 bool ReadState(std::string_view rest, TScriptEvent& event) {
   event.path = rest;
   return !rest.empty();
@@ -116,6 +101,9 @@ constexpr VerbRow kVerbs[] = {
     {"loop", "loop A|B SCHLÄGE (0: aus, -1: ganzer Titel)", TScriptEvent::Loop, ReadLoop},
     {"bpm", "bpm A|B BPM ERSTER_SCHLAG", TScriptEvent::Bpm, ReadBpm},
     {"scratch", "scratch A|B begin|FRAME|end", TScriptEvent::Scratch, ReadScratch},
+    {"effect", "effect add|remove|clear|move|set|preset|apply|bypass|save|load [master] ...", TScriptEvent::Effect,
+     ReadEffect},
+    {"eq", "eq A|B BAND STELLUNG", TScriptEvent::Equalizer, ReadEqualizer},
     {"state", "state DATEI", TScriptEvent::State, ReadState},
     {"quit", "quit", TScriptEvent::Quit, [](std::string_view rest, TScriptEvent&) { return rest.empty(); }},
 };

@@ -10,16 +10,19 @@
 #include <vector>
 
 #include "console/DJDeckPosition.h"
+#include "shell/TEffectAction.h"
 
 struct TScriptEvent {
-  enum Verb { Load, Command, Crossfade, Volume, Seek, Pitch, Loop, Bpm, Scratch, State, Quit };
+  enum Verb { Load, Command, Crossfade, Volume, Seek, Pitch, Loop, Bpm, Scratch, Effect, Equalizer, State, Quit };
   enum ScratchStep { ScratchBegin, ScratchMove, ScratchEnd };
   double seconds = 0;
   Verb verb = Quit;
   DJDeckPosition deck = kNoDeck;  // Load and all that a deck does; Volume of a deck
-  int target = 0;    // Command: id; Volume without deck: 0 master, 1 headphones; Bpm: first beat; Scratch: ScratchStep
-  double value = 0;  // Crossfade, Volume, Seek, Pitch, Loop, Bpm; Scratch: the frame
+  int target =
+      0;  // Command: id; Volume without deck: 0 master, 1 headphones; Bpm: first beat; Scratch: ScratchStep; Equalizer: band
+  double value = 0;       // Crossfade, Volume, Seek, Pitch, Loop, Bpm; Scratch: the frame
   std::string path = {};  // Load, State
+  TEffectAction effect = {};
   int line = 0;
 };
 

@@ -48,6 +48,10 @@ void TScriptPlayer::Run(const TScriptEvent& event) {
       return host_.ScriptBpm(event.deck, event.value, event.target);
     case TScriptEvent::Scratch:
       return host_.ScriptScratch(event);
+    case TScriptEvent::Effect:
+      return host_.ScriptEffect(event.effect);
+    case TScriptEvent::Equalizer:
+      return host_.ScriptEqualizer(event.deck, event.target, int(std::lround(event.value)));
     case TScriptEvent::State:
       return host_.ScriptState(event.path);
     case TScriptEvent::Quit:

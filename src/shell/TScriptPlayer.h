@@ -16,6 +16,8 @@ class TScriptHost {
   virtual void ScriptLoop(DJDeckPosition deck, double beats) = 0;
   virtual void ScriptBpm(DJDeckPosition deck, double bpm, int firstBeatFrame) = 0;
   virtual void ScriptScratch(const TScriptEvent& event) = 0;
+  virtual void ScriptEffect(const TEffectAction& action) = 0;
+  virtual void ScriptEqualizer(DJDeckPosition deck, int band, int position) = 0;
   virtual void ScriptState(const std::string& path) = 0;
   virtual void ScriptEnded(bool quit) = 0;  // by its own quit, or because nothing is left
 

@@ -18,6 +18,9 @@ inline std::vector<int> Tone(double hz, int amplitude, int frames) {
   return samples;
 }
 
+// What the five flat bands of a deck's equaliser may take from a sample: each truncates.
+inline constexpr int kEqualizerLoss = 5;
+
 struct ConsoleRig {
   explicit ConsoleRig(LTestPlatform::Threads threads = LTestPlatform::Threads::Offline) : platform(threads) {
     platform.backend.SetCapture(0, [this](const int* s, int frames, int channels) {
