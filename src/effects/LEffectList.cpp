@@ -123,6 +123,17 @@ LEffectFileResult TSoundProcessChain::LoadFromSDF(std::string_view bytes, LProce
   return Load(bytes, kDeckFile, process);
 }
 
+void TSoundProcessChain::Append(TSoundProcessChain&& other) {
+  const int before = Count() * kDeckFile.ChunksPerEffect();
+  for (Item& item : other.items_)
+    if (Count() < kMostEffects) items_.push_back(std::move(item));
+  for (LSDFUnknownChunk& chunk : other.unknown_) {
+    chunk.order += before;
+    unknown_.push_back(std::move(chunk));
+  }
+  other.Clear();
+}
+
 // Behind the mix
 
 LSoundSource LMasterEffects::OpenSource(LSoundSource source) const {

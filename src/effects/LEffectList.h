@@ -25,6 +25,7 @@ struct LEffectFileFormat {
   std::uint32_t kind;
   bool hasFlags;  // of the decks
   LEffectFileResult otherKind;
+  int ChunksPerEffect() const { return hasFlags ? 3 : 2; }
 };
 
 // What both lists share: an order of effects, and the chunks of a file that were not understood.
@@ -56,8 +57,6 @@ class LEffectList {
   LEffectFileResult Load(std::string_view bytes, const LEffectFileFormat& format, LProcessInterface& process);
 
   std::vector<Item> items_;
-
- private:
   LSDFUnknownChunks unknown_;  // of the file's root
 };
 
@@ -72,6 +71,7 @@ class TSoundProcessChain final : public LEffectList {
 
   std::string SaveToSDF() const;
   LEffectFileResult LoadFromSDF(std::string_view bytes, LProcessInterface& process);  // appends
+  void Append(TSoundProcessChain&& other);                                            // as far as there is room
 };
 
 class LMasterEffects final : public LEffectList {

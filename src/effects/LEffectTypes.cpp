@@ -2,7 +2,17 @@
 
 #include <algorithm>
 
+#include "effects/LSPDRCSimple.h"
+#include "effects/LSPDistortion.h"
 #include "effects/LSPEcho.h"
+#include "effects/LSPEqBand.h"
+#include "effects/LSPGainEffect.h"
+#include "effects/LSPHighPass.h"
+#include "effects/LSPLowPass.h"
+#include "effects/LSPPitchEffects.h"
+#include "effects/LSPTremolo.h"
+#include "effects/LSPWahwah.h"
+#include "effects/TSPEqSimple.h"
 #include "foundation/LText.h"
 
 namespace {
@@ -15,7 +25,33 @@ std::unique_ptr<LEffect> Create() {
 }
 
 constexpr LEffectType kRows[] = {
+    {LSPGainEffect::kType, "Verstärkung", LSPGainEffect::kParameters, LSPGainEffect::kPresets, Create<LSPGainEffect>,
+     kOffered},
+    {LSPDRCSimple::kType, "Kompressor", LSPDRCSimple::kParameters, LSPDRCSimple::kPresets, Create<LSPDRCSimple>,
+     kOffered},
     {LSPEcho::kType, "Echo", LSPEcho::kParameters, LSPEcho::kPresets, Create<LSPEcho>, kOffered},
+    {LSPDistortion::kType, "Verzerrung", LSPDistortion::kParameters, LSPDistortion::kPresets, Create<LSPDistortion>,
+     kOffered},
+    {LSPHighPass::kType, "Hochpass", LSPHighPass::kParameters, LSPHighPass::kPresets, Create<LSPHighPass>, kOffered},
+    {LSPParametricEqBand::kType,
+     "Parametrischer EQ",
+     LSPParametricEqBand::kParameters,
+     {},
+     Create<LSPParametricEqBand>,
+     !kOffered},
+    {LSPGraphicEqBand::kType, "Grafischer EQ", LSPGraphicEqBand::kParameters, {}, Create<LSPGraphicEqBand>, !kOffered},
+    {LSPEqPointLine::kType, "Visueller EQ", LSPEqPointLine::kParameters, {}, Create<LSPEqPointLine>, !kOffered},
+    {LSPPitchSpeedEffect::kType,
+     "Tonhöhenschieber",
+     LSPPitchSpeedEffect::kParameters,
+     {},
+     Create<LSPPitchSpeedEffect>,
+     !kOffered},
+    {LSPPitchEffect::kType, "Tonhöhenschieber", LSPPitchEffect::kParameters, {}, Create<LSPPitchEffect>, !kOffered},
+    {LSPLowPass::kType, "Tiefpass", LSPLowPass::kParameters, {}, Create<LSPLowPass>, kOffered},
+    {TSPEqSimple::kType, "7-Band-Equalizer", TSPEqSimple::kParameters, {}, Create<TSPEqSimple>, kOffered},
+    {LSPTremolo::kType, "Tremolo", LSPTremolo::kParameters, LSPTremolo::kPresets, Create<LSPTremolo>, kOffered},
+    {LSPWahwah::kType, "Wah-Wah", LSPWahwah::kParameters, LSPWahwah::kPresets, Create<LSPWahwah>, kOffered},
 };
 
 template <class Matches>

@@ -12,17 +12,7 @@ namespace {
 constexpr double kGainOfPercent = 167772.16;              // 2^24 / 100
 constexpr double kPercentOfGain = 5.9604644775390625e-6;  // 100 / 2^24
 
-struct Preset {
-  const char* name;
-  int percent;
-};
-constexpr Preset kPresets[] = {
-    {"Viertel Lautstärke", 25},
-    {"Halbe Lautstärke", 50},
-    {"Doppelte Lautstärke", 200},
-    {"Dreifache Lautstärke", 300},
-};
-constexpr int kPresetCount = int(std::size(kPresets));
+constexpr int kPresetCount = int(std::size(LSPGain::kPresets));
 
 bool IsPreset(int index) { return index >= 0 && index < kPresetCount; }
 
@@ -30,15 +20,19 @@ bool IsPreset(int index) { return index >= 0 && index < kPresetCount; }
 
 LSoundSource LSPGain::OpenSource(LSoundSource& input) { return LSoundSource::Make<LSRCGain>(input, gain24_); }
 
-int LSPGain::Percent() const { return int(std::ceil(gain24_ * kPercentOfGain)); }
+int LSPGain::Gain24OfPercent(int percent) {
+  return int(std::clamp(percent, kMinPercent, kMaxPercent) * kGainOfPercent);
+}
+
+int LSPGain::PercentOfGain24(int gain24) { return int(std::ceil(gain24 * kPercentOfGain)); }
 
 void LSPGain::SetParameterByIndex(int index, int percent) {
-  if (index == 0) gain24_ = int(std::clamp(percent, kMinPercent, kMaxPercent) * kGainOfPercent);
+  if (index == 0) gain24_ = Gain24OfPercent(percent);
 }
 
 bool LSPGain::GetParameterByIndex(int index, LSoundProcessParameter* parameter) const {
   if (index != 0) return false;
-  *parameter = {"Verstärkungsanteil", "%", LSoundProcessParameter::Percent, Percent(), kMinPercent, kMaxPercent};
+  *parameter = {kParameterName, "%", LSoundProcessParameter::Percent, Percent(), kMinPercent, kMaxPercent};
   return true;
 }
 

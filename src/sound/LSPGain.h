@@ -11,6 +11,19 @@ class LSPGain final : public LSoundProcess {
  public:
   static constexpr int kProcessType = 1;
   static constexpr int kMinPercent = 1, kMaxPercent = 400;
+  static constexpr char kParameterName[] = "Verstärkungsanteil";
+  struct Preset {
+    const char* name;
+    int percent;
+  };
+  static constexpr Preset kPresets[] = {
+      {"Viertel Lautstärke", 25},
+      {"Halbe Lautstärke", 50},
+      {"Doppelte Lautstärke", 200},
+      {"Dreifache Lautstärke", 300},
+  };
+  static int Gain24OfPercent(int percent);
+  static int PercentOfGain24(int gain24);  // rounded up
 
   explicit LSPGain(int gain24 = kUnityGain24) : gain24_(gain24) {}
   LSoundSource OpenSource(LSoundSource& input) override;
@@ -28,7 +41,7 @@ class LSPGain final : public LSoundProcess {
   int GetGain24() const { return gain24_; }
 
  private:
-  int Percent() const;  // rounded up
+  int Percent() const { return PercentOfGain24(gain24_); }
   int gain24_;
 };
 
