@@ -40,6 +40,11 @@ LSRCEq::LSRCEq(const LSoundSource& input, const LSPEq::Grid& grid)
 
 int LSRCEq::GetPositionSample() const { return input_.GetPositionSample() - HeldFrames(); }
 
+int LSRCEq::GetEndSample() const {
+  const int end = input_.GetEndSample();
+  return IsStreaming() ? std::max(end - kDelayFrames - kBlockFrames, GetPositionSample()) : end;
+}
+
 void LSRCEq::Seek(int frame) {
   input_.Seek(frame);
   filled_ = false;
@@ -54,7 +59,7 @@ bool LSRCEq::ControlMessage(int code, long* value) {
 
 void LSRCEq::Fill() {
   const int position = input_.GetPositionSample();
-  const int before = std::clamp(position, 0, kDelayFrames);
+  const int before = IsStreaming() ? 0 : std::clamp(position, 0, kDelayFrames);
   if (before > 0) input_.Seek(position - before);
   for (LFiltFFT& filter : filters_) filter.Clear();
 

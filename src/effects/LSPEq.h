@@ -1,7 +1,8 @@
 // Any frequency response, drawn over a grid, as a filter of linear phase.
 // Law      the grid is the spectrum of the filter; its transform, windowed (Hann), gives 4094 coefficients around their
 //          centre. Output and input are aligned: the filter reads kDelayFrames ahead of its position, and after a seek
-//          as many frames before it.
+//          as many frames before it. The window tells no frequencies apart that are closer than four bins: at 44100 Hz
+//          a curve bends over 43 Hz at least.
 // Units    magnitudes in percent, 100 passes; bin k of 2048 stands for the frequency k * rate / 4096.
 // Threads  LSPEq [main]; LSRCEq [player], Read allocates nothing; the first one after a seek filters up to 4094 frames more.
 // Failure  none.
@@ -35,6 +36,7 @@ class LSRCEq final : public LSoundProcessBase {
   LSRCEq(const LSoundSource& input, const LSPEq::Grid& grid);
   void Read(int* out, int frames) override;
   int GetPositionSample() const override;
+  int GetEndSample() const override;  // of a streaming input: so far that no read runs into its open end
   void Seek(int frame) override;
   bool ControlMessage(int code, long* value) override;
 

@@ -70,20 +70,20 @@ void LSRCPan::Read(int* out, int frames) {
   const long long start = input_.GetPositionSample();
   input_.Read(out, frames);
   if (channels < 2) return;
-  upper_ = 0;
+  std::size_t upper = 0;
   for (long long frame = start; frame < start + frames; ++frame, out += channels) {
-    const double pan = PanAt(frame);
+    const double pan = PanAt(frame, upper);
     out[0] = MulGain24(out[0], Gain24(-pan));
     out[1] = MulGain24(out[1], Gain24(pan));
   }
 }
 
-double LSRCPan::PanAt(long long frame) {
-  while (upper_ < points_.size() && points_[upper_].frame <= frame) ++upper_;
-  if (upper_ == 0) return points_.front().pan;
-  const Point& before = points_[upper_ - 1];
-  if (upper_ == points_.size()) return before.pan;
-  const Point& after = points_[upper_];
+double LSRCPan::PanAt(long long frame, std::size_t& upper) const {
+  while (upper < points_.size() && points_[upper].frame <= frame) ++upper;
+  if (upper == 0) return points_.front().pan;
+  const Point& before = points_[upper - 1];
+  if (upper == points_.size()) return before.pan;
+  const Point& after = points_[upper];
   const double way = double(frame - before.frame) / (double(after.frame) - before.frame);
   return before.pan + (after.pan - before.pan) * way;
 }

@@ -45,8 +45,7 @@ class LSRCPan final : public LSoundProcessBase {
   void Read(int* out, int frames) override;
 
  private:
-  double PanAt(long long frame);
+  double PanAt(long long frame, std::size_t& upper) const;  // upper goes on to the first point behind the frame
 
   std::vector<Point> points_;
-  std::size_t upper_ = 0;  // the first point behind the frame last asked for
 };

@@ -85,8 +85,9 @@ TEST(LSPEqBand, CurvesAreHeard) {
                {bell, 500, -0.75}, {line, std::sqrt(2400.0 * 6000), 6},
                {line, 12000, 0},   {graphic, 60 * 2.5 * 2.5, -6.75}};  // -6 (1 + 2 / 16)
   for (const auto& row : cases) {
-    EXPECT_NEAR(row.band.DbAt(row.hz), row.db, 0.02) << row.hz;
+    EXPECT_NEAR(row.band.DbAt(row.hz), row.db, 0.05) << row.hz;
     std::vector<int> sine;
+    sine.reserve(16384);
     for (int i = 0; i < 16384; ++i) sine.push_back(int(100000 * std::sin(2 * std::numbers::pi * row.hz * i / 44100)));
     LSoundSource input(new TestSource(sine, 44100, 1));
     LSoundSource source = row.band.OpenSource(input);

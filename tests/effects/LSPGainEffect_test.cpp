@@ -23,7 +23,7 @@ int ValueOf(const LEffect& effect) {
 int LoadedFrom(LSDFWriter& writer) {
   const std::string file = writer.Finish();
   LSDFReader reader;
-  EXPECT_EQ(reader.Open(file, 12), LSDFOpen::Ok);
+  EXPECT_EQ(reader.Open(file, 12), LSDFOpen::Good);
   LSPGainEffect effect;
   effect.LoadFromSDF(LSDFReaderChunkIterator(reader));
   return ValueOf(effect);

@@ -37,6 +37,7 @@ class PlainSection {
 
 std::vector<LBiquadSection> Sections(int count) {
   std::vector<LBiquadSection> sections;
+  sections.reserve(std::size_t(count));
   for (int i = 0; i < count; ++i) sections.push_back(PeakingSection({50 << i, i % 3 * 9 - 6, 1.4}, 44100));
   return sections;
 }

@@ -23,6 +23,8 @@ void* Allocate(std::size_t size, std::size_t alignment) {
 
 void* operator new(std::size_t size) { return Allocate(size, 1); }
 void* operator new[](std::size_t size) { return Allocate(size, 1); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size, 1); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size, 1); }
 void* operator new(std::size_t size, std::align_val_t alignment) { return Allocate(size, std::size_t(alignment)); }
 void* operator new[](std::size_t size, std::align_val_t alignment) { return Allocate(size, std::size_t(alignment)); }
 void operator delete(void* memory) noexcept { std::free(memory); }
