@@ -164,7 +164,8 @@ void DJDeck::ClearBPM() {
 
 void DJDeck::ResetDeckToDefaults() {
   SetPitch(1.0);
-  keyLock_ = cueLock_ = false;
+  keyLock_ = cueLock_ = panOn_ = false;
+  pan_ = {};
   ResetEffects();
 }
 
@@ -184,6 +185,12 @@ void DJDeck::SetPitch(double pitch) {
 void DJDeck::SetSync(SyncState state, DJDeckPosition master) {
   syncState_ = state;
   masterDeck_ = master;
+}
+
+void DJDeck::SetPan(bool on) {
+  panOn_ = on;
+  if (!loaded_) return;
+  for (int i = 0; i < listenerCount_; ++i) listeners_[std::size_t(i)]->djntfFX(*this);
 }
 
 // Cue points and loops
@@ -254,20 +261,27 @@ void DJDeck::ScratchEnd() {
 // The chain
 
 LSoundSource DJDeck::OpenSource() {
-  chain_ = BuildChain(baseSource_);
+  chain_ = BuildChain(baseSource_, panOn_, &levelInfo_);
   open_ = true;
   return chain_;
 }
 
-LSoundSource DJDeck::BuildChain(LSoundSource source) {
+LSoundSource DJDeck::OpenStereoPanSource() {
+  LSoundSource file;
+  if (!TSourceOpenWithConvert(file, path_)) return file;
+  return BuildChain(file, true, nullptr);
+}
+
+LSoundSource DJDeck::BuildChain(LSoundSource source, bool panned, DJDeckSourceBaseInfo* info) {
   if (!source.IsOk()) return source;
   source = equalizer_.OpenSource(source);
   if (effectChain_) source = effectChain_->OpenSource(position_, source);
+  if (panned) source = pan_.OpenSource(source);
   source = OpenSpeed(source);
   source.Seek(playPosition_);
   if (loop_.IsActive()) source = LLoopSource::OpenSource(source, loop_.start, loop_.End());
-  if (scratching_) source = TScratch(scratchPosition_, transitions_).OpenSource(source);
-  return LSoundSource::Make<DJDeckSourceBase>(source, &levelInfo_);
+  if (scratching_ && info) source = TScratch(scratchPosition_, transitions_).OpenSource(source);
+  return LSoundSource::Make<DJDeckSourceBase>(source, info);
 }
 
 LSoundSource DJDeck::OpenSpeed(LSoundSource source) const {

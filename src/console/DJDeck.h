@@ -1,6 +1,6 @@
 // One turntable: a loaded track, its position, volume and state of play. It holds no device: it builds a chain of
 // sources on demand and tells its two listeners what happens; the console puts the chain into the mixer.
-// Chain    file at 44100 Hz stereo; equaliser; effects; speed or key lock, if the pitch is not 1; loop; scratch; level measuring.
+// Chain    file at 44100 Hz stereo; equaliser; effects; pan; speed or key lock, if the pitch is not 1; loop; scratch; level measuring.
 // Units    positions in frames at the deck's present pitch, 44100 a second; beats in frames at pitch 1.
 // Threads  [main]; the chain is read by the feeder and changed only under the player's lock.
 // Failure  Load of an unreadable file leaves an error source in the handles; Play is then refused by the console.
@@ -15,6 +15,7 @@
 #include "console/DJNotify.h"
 #include "console/LTransitionManager.h"
 #include "console/TCuePoints.h"
+#include "effects/LSPPan.h"
 #include "effects/TEqualizer.h"
 #include "sound/LSoundSource.h"
 
@@ -129,22 +130,27 @@ class DJDeck {
   void ResetDeckToDefaults();
 
   TEqualizer& GetEqualizer() { return equalizer_; }
+  LSPPan& GetPan() { return pan_; }
+  bool IsPanOn() const { return panOn_; }
+  void SetPan(bool on);  // heard at the console's next timer
   void ResetEffects() { equalizer_ = {}; }
   void SetEffectChain(const TSoundProcessChain* chain) { effectChain_ = chain; }  // outlives the deck, or null
 
   LSoundSource OpenSource();                // the whole chain anew, at the play position
+  LSoundSource OpenStereoPanSource();       // the same over the file opened again, to listen to the pan; panned always
   LSoundSource OpenSaveLoopSource() const;  // the loop once, at its own speed; an error source without a loop
   void CloseChain();                        // back to the bare file
 
  private:
   void FindFirst();
-  LSoundSource BuildChain(LSoundSource source);
+  LSoundSource BuildChain(LSoundSource source, bool panned, DJDeckSourceBaseInfo* info);
   LSoundSource OpenSpeed(LSoundSource source) const;
   void TellBeatLoop();
 
   DJConsole& console_;
   const TSoundProcessChain* effectChain_ = nullptr;
   TEqualizer equalizer_;
+  LSPPan pan_;
   DJDeckPosition position_;
   State state_ = Stopped;
   std::array<DJDeckNotify*, 2> listeners_{};
@@ -164,6 +170,7 @@ class DJDeck {
   DJDeckPosition masterDeck_ = kNoDeck;
   bool headphone_ = false, loaded_ = false, scratching_ = false;
   bool open_ = false;  // the chain is built, and not the bare file
+  bool panOn_ = false;
   bool keyLock_ = false, cueLock_ = false, strictBeats_ = true, vinylMode_ = true;
   bool playedAtScratchStart_ = false, scratchEnded_ = false;
   int scratchPosition_ = 0;

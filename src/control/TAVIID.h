@@ -44,6 +44,8 @@ enum TAVIID : short {
   idFreestyleB = 1534,
   idVinylModeA = 1539,
   idVinylModeB = 1540,
+  idPanA = 1545,
+  idPanB = 1546,
   idSaveLoopA = 1557,
   idSaveLoopB = 1558,
   idCrossfadeLeft = 1563,

@@ -77,6 +77,8 @@ constexpr TKeyCommand kRows[] = {
     {"Crossfade Full Right", idCrossfadeFullRight, 9, kShift | kRight, "Vollständig überblenden Rechts"},
     {"Crossfade Full Left", idCrossfadeFullLeft, 9, kShift | kLeft, "Vollständig überblenden Links"},
     {"Crossfade Center", idCrossfadeCentre, 9, '=', "Mittig überblenden"},
+    {"Pan On/Off A", idPanA, 0, 0, "Stereoschwenk ein/aus"},
+    {"Pan On/Off B", idPanB, 1, 0, "Stereoschwenk ein/aus"},
     {"Jump to Start A", idJumpToStartA, 0, 'B', "Zum Anfang springen"},
     {"Jump to Start B", idJumpToStartB, 1, kOption | 'B', "Zum Anfang springen"},
     {"Reset Deck A", idResetDeckA, 0, 'R', "Deck auf Standard zurücksetzen"},

@@ -30,6 +30,7 @@ void Sync(MainDialog& d, DJDeckPosition deck, int) { d.CmDeckSyncToggle(deck); }
 void PitchLock(MainDialog& d, DJDeckPosition deck, int) { d.CmTogglePitchLock(deck); }
 void Freestyle(MainDialog& d, DJDeckPosition deck, int) { d.CmToggleStrictBeats(deck); }
 void Vinyl(MainDialog& d, DJDeckPosition deck, int) { d.CmToggleVinylMode(deck); }
+void Pan(MainDialog& d, DJDeckPosition deck, int) { d.CmSetDeckStereoPan(deck); }
 void ScratchMode(MainDialog& d, DJDeckPosition deck, int) { d.Hand().CmMidiToggleScratchMode(deck); }
 void StartScratch(MainDialog& d, DJDeckPosition deck, int) { d.Hand().CmDeckMidiBeginScratch(deck); }
 void StopScratch(MainDialog& d, DJDeckPosition deck, int) { d.Hand().CmDeckMidiStopScratch(deck); }
@@ -64,6 +65,8 @@ constexpr TCommandRow kCommands[] = {
     {idFreestyleB, kDeckB, Freestyle},
     {idVinylModeA, kDeckA, Vinyl},
     {idVinylModeB, kDeckB, Vinyl},
+    {idPanA, kDeckA, Pan},
+    {idPanB, kDeckB, Pan},
     {idScratchModeA, kDeckA, ScratchMode},
     {idScratchModeB, kDeckB, ScratchMode},
     {idStartScratchA, kDeckA, StartScratch},
