@@ -30,12 +30,13 @@ TPlayers::Places TPlayers::GetPlaces() {
 
 void TPlayers::Replace(LSoundSource& main, LSoundSource* headphone, const Places& places) {
   const bool both = headphone && headphone_.IsActive();
+  // Before the crossfade stands in front of them: its history ends at these places, and is not to move.
+  if (both) splitter_.BeginSharedSeek();
+  main.Seek(places.main);
+  if (both) headphone->Seek(places.headphone);
+  if (both) splitter_.EndSharedSeek();
   main_.ReplaceSource(main);
   if (both) headphone_.ReplaceSource(*headphone);
-  if (both) splitter_.BeginSharedSeek();
-  main_.Chain().Seek(places.main);
-  if (both) headphone_.Chain().Seek(places.headphone);
-  if (both) splitter_.EndSharedSeek();
 }
 
 void TPlayers::StopPlaying() {

@@ -28,13 +28,17 @@ void LSRCEcho::Read(int* out, int frames) {
   const std::size_t size = ring_.size();
   for (int* const end = out + std::ptrdiff_t(frames) * GetChannels(); out < end; ++out) {
     const long long sum = (((long long)gain9_ * ring_[index_]) >> 9) + *out;
-    *out = ring_[index_] = int(std::clamp(sum, -kLoudest, kLoudest));
+    *out = int(std::clamp(sum, -kLoudest, kLoudest));
+    ring_[index_] = fade_ == kFadeSamples ? *out : Softened(*out);
     index_ = index_ + 1 == size ? 0 : index_ + 1;
   }
 }
 
+int LSRCEcho::Softened(int sample) { return int((long long)sample * fade_++ / kFadeSamples); }
+
 void LSRCEcho::Seek(int frame) {
   std::fill(ring_.begin(), ring_.end(), 0);
   index_ = 0;
+  fade_ = frame > 0 ? 0 : kFadeSamples;
   input_.Seek(frame);
 }

@@ -10,7 +10,7 @@
 
 class LSPEqBand : public LEffect {
  public:
-  static constexpr int kLeastDb = LLevel::kMuted, kMostDb = 12;
+  static constexpr int kLeastDb = LLevel(LLevel::kMuted).Get(), kMostDb = 12;
 
   LSoundSource OpenSource(LSoundSource& input) final;
   virtual double DbAt(double hz) const = 0;  // of a frequency above 0
