@@ -2,15 +2,20 @@
 
 #include <algorithm>
 
+#include "effects/LSPChorus.h"
 #include "effects/LSPDRCSimple.h"
 #include "effects/LSPDistortion.h"
+#include "effects/LSPDoppler.h"
 #include "effects/LSPEcho.h"
 #include "effects/LSPEqBand.h"
+#include "effects/LSPFlanger.h"
 #include "effects/LSPGainEffect.h"
 #include "effects/LSPHighPass.h"
 #include "effects/LSPLowPass.h"
 #include "effects/LSPPitchEffects.h"
+#include "effects/LSPReverb3.h"
 #include "effects/LSPTremolo.h"
+#include "effects/LSPVibrato.h"
 #include "effects/LSPWahwah.h"
 #include "effects/TSPEqSimple.h"
 #include "foundation/LText.h"
@@ -30,9 +35,12 @@ constexpr LEffectType kRows[] = {
     {LSPDRCSimple::kType, "Kompressor", LSPDRCSimple::kParameters, LSPDRCSimple::kPresets, Create<LSPDRCSimple>,
      kOffered},
     {LSPEcho::kType, "Echo", LSPEcho::kParameters, LSPEcho::kPresets, Create<LSPEcho>, kOffered},
+    {LSPChorus::kType, "Chor", LSPChorus::kParameters, LSPChorus::kPresets, Create<LSPChorus>, kOffered},
     {LSPDistortion::kType, "Verzerrung", LSPDistortion::kParameters, LSPDistortion::kPresets, Create<LSPDistortion>,
      kOffered},
     {LSPHighPass::kType, "Hochpass", LSPHighPass::kParameters, LSPHighPass::kPresets, Create<LSPHighPass>, kOffered},
+    {LSPFlanger::kType, "Flanger", LSPFlanger::kParameters, LSPFlanger::kPresets, Create<LSPFlanger>, kOffered},
+    {LSPReverb3::kType, "Hall", LSPReverb3::kParameters, LSPReverb3::kPresets, Create<LSPReverb3>, kOffered},
     {LSPParametricEqBand::kType,
      "Parametrischer EQ",
      LSPParametricEqBand::kParameters,
@@ -51,6 +59,8 @@ constexpr LEffectType kRows[] = {
     {LSPLowPass::kType, "Tiefpass", LSPLowPass::kParameters, {}, Create<LSPLowPass>, kOffered},
     {TSPEqSimple::kType, "7-Band-Equalizer", TSPEqSimple::kParameters, {}, Create<TSPEqSimple>, kOffered},
     {LSPTremolo::kType, "Tremolo", LSPTremolo::kParameters, LSPTremolo::kPresets, Create<LSPTremolo>, kOffered},
+    {LSPVibrato::kType, "Vibrato", LSPVibrato::kParameters, LSPVibrato::kPresets, Create<LSPVibrato>, !kOffered},
+    {LSPDoppler::kType, "Doppler", LSPDoppler::kParameters, LSPDoppler::kPresets, Create<LSPDoppler>, !kOffered},
     {LSPWahwah::kType, "Wah-Wah", LSPWahwah::kParameters, LSPWahwah::kPresets, Create<LSPWahwah>, kOffered},
 };
 

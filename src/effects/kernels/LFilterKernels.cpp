@@ -1,6 +1,7 @@
 #include "effects/kernels/LFilterKernels.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
@@ -18,8 +19,10 @@ namespace {
 #include "tempo/kernels/LVector4.inc"
 //
 #include "effects/kernels/LFilterLoops.inc"
+//
+#include "effects/kernels/LReverbLoops.inc"
 
-const LFilterKernels kScalar{"scalar", Biquads, MultiplyAdd};
+const LFilterKernels kScalar{"scalar", Biquads, MultiplyAdd, Reverb};
 
 const LFilterKernels& Choose() {
   const char* forced = std::getenv("TAVI_KERNELS");

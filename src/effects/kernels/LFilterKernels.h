@@ -1,10 +1,12 @@
-// The loops of the filters: chains of biquads, and the sums of fast convolution. Each stands once, written for vectors of
+// The loops of the filters: chains of biquads, the sums of fast convolution, and reverberation. Each stands once, written for vectors of
 // four doubles, and is compiled for the plain machine and for AVX2; both forms give the same samples. The form is chosen
 // once, by what the processor has; the environment variable TAVI_KERNELS=scalar forces the plain one.
 // Units    samples on the 20-bit scale; counts of frames, of bins for spectra.
 // Threads  [any]; no allocation after the first use.
 #pragma once
 #include <span>
+
+#include "effects/kernels/LReverb.h"
 
 inline constexpr int kBiquadVectors = 4;                        // of a bank
 inline constexpr int kMostBiquadSections = 2 * kBiquadVectors;  // one after the other
@@ -45,6 +47,7 @@ struct LFilterKernels {
   // In place; what leaves the range of an int takes its nearest end.
   void (*biquads)(LBiquadBank& bank, const LBiquadSamples& samples);
   void (*multiplyAdd)(LSpectrum sum, LConstSpectrum a, LConstSpectrum b, int bins);  // sum += a * b
+  void (*reverb)(LReverb& reverb, const LReverbSamples& samples);
 };
 
 const LFilterKernels& FilterKernels();

@@ -2,6 +2,7 @@
 #include <immintrin.h>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstddef>
 #include <cstring>
@@ -22,6 +23,8 @@ namespace {
 #include "tempo/kernels/LVector4.inc"
 //
 #include "effects/kernels/LFilterLoops.inc"
+//
+#include "effects/kernels/LReverbLoops.inc"
 
 }  // namespace
 
@@ -29,5 +32,5 @@ namespace {
 #pragma clang attribute pop
 #endif
 
-extern const LFilterKernels kFilterKernelsAvx2{"avx2", Biquads, MultiplyAdd};
+extern const LFilterKernels kFilterKernelsAvx2{"avx2", Biquads, MultiplyAdd, Reverb};
 #endif
