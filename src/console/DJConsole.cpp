@@ -212,6 +212,7 @@ void DJConsole::CmDeckClear(DJDeck& deck) {
   for (const auto& other : decks_)
     if (MasterOf(*other) == &deck) CtlDeckFreeSlave(*other);
   pending_.deck[std::size_t(deck.GetPosition())].pitch.reset();
+  pitchAfterScratch_[std::size_t(deck.GetPosition())].reset();
   deck.ClearState();
   deck.Unload();
   nudge_[std::size_t(deck.GetPosition())] = {};
@@ -219,6 +220,7 @@ void DJConsole::CmDeckClear(DJDeck& deck) {
 }
 
 void DJConsole::CmDeckReset(DJDeck& deck) {
+  CmScratchEnd(deck);
   CtlDeckFreeSlave(deck);
   pending_.deck[std::size_t(deck.GetPosition())].pitch.reset();
   nudge_[std::size_t(deck.GetPosition())] = {};

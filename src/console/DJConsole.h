@@ -213,6 +213,7 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   std::string recordingPath_;
   PendingFlags pending_;
   std::array<Nudge, kDeckCount> nudge_;
+  std::array<std::optional<double>, kDeckCount> pitchAfterScratch_;
   std::array<int, kDeckCount> midiScratchStart_{};  // frames
   bool shutDown_ = false;
   LTimerCallBack<DJConsole> timer_{*this};

@@ -1,5 +1,6 @@
 // The hand on the record: start, moves and end of a scratch.
 #include <algorithm>
+#include <utility>
 
 #include "console/DJConsole.h"
 
@@ -56,6 +57,8 @@ void DJConsole::CmScratchEnd(DJDeck& deck) {
     ResyncAll(true);
   }
   if (!deck.WasPlayingAtScratchStart()) deck.Stop();
+  if (const auto pitch = std::exchange(pitchAfterScratch_[std::size_t(deck.GetPosition())], std::nullopt))
+    QueuePitch(deck, *pitch);
 }
 
 void DJConsole::ResyncPlayerScratch(DJDeck& deck) {

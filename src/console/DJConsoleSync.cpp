@@ -58,7 +58,10 @@ void DJConsole::TmUpdateDeckPitch(DJDeck& deck, double pitch) {
 }
 
 void DJConsole::CtlDeckPitch(DJDeck& deck, double pitch) {
-  if (deck.IsScratching()) return ResyncPlayerScratch(deck);  // the hand owns the speed
+  if (deck.IsScratching()) {  // the hand owns the speed
+    pitchAfterScratch_[std::size_t(deck.GetPosition())] = pitch;
+    return ResyncPlayerScratch(deck);
+  }
   if (!deck.IsPlaying()) return deck.SetPitch(pitch);
   ChangeInMix(deck, [&] {
     const int oldEnd = deck.GetTrackEnd(), position = MixerPosition(deck);

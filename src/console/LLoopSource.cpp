@@ -31,19 +31,41 @@ LSoundSource LLoopSource::OpenSource(const LSoundSource& source, int start, int 
 LLoopSourceBase::LLoopSourceBase(const LSoundSource& input, int start, int end)
     : LSoundProcessBase(input), range_(LLoopRange::Fit(start, end, input.GetEndSample())) {
   SetPeak(kPeakHeadroom);
+  if (range_.Length() <= kRepeatedFrames) kept_.resize(std::size_t(range_.Length()) * GetChannels());
+}
+
+void LLoopSourceBase::Seek(int frame) {
+  repeatAt_ = range_.Wrap(frame);
+  if (!repeating_) input_.Seek(repeatAt_);
 }
 
 void LLoopSourceBase::Read(int* out, int frames) {
   while (frames > 0 && range_.Length() > 0) {
-    if (input_.GetPositionSample() >= range_.end) input_.Seek(range_.start);
-    const long long toEnd = (long long)range_.end - input_.GetPositionSample();
+    if (GetPositionSample() >= range_.end) Seek(range_.start);
+    const long long toEnd = (long long)range_.end - GetPositionSample();
     if (toEnd <= 0) break;  // the input does not follow a seek
     const int part = int(std::min<long long>(frames, toEnd));
-    input_.Read(out, part);
+    repeating_ ? Repeat(out, part) : ReadInput(out, part);
     out += std::ptrdiff_t(part) * GetChannels();
     frames -= part;
   }
   std::fill_n(out, std::ptrdiff_t(frames) * GetChannels(), 0);
+}
+
+void LLoopSourceBase::ReadInput(int* out, int frames) {
+  const int into = input_.GetPositionSample() - range_.start;
+  input_.Read(out, frames);
+  if (kept_.empty() || into != keptFrames_) return;
+  std::copy_n(out, std::ptrdiff_t(frames) * GetChannels(), kept_.begin() + std::ptrdiff_t(into) * GetChannels());
+  keptFrames_ += frames;
+  repeating_ = keptFrames_ == range_.Length();
+  repeatAt_ = range_.end;
+}
+
+void LLoopSourceBase::Repeat(int* out, int frames) {
+  const auto from = kept_.begin() + std::ptrdiff_t(repeatAt_ - range_.start) * GetChannels();
+  std::copy_n(from, std::ptrdiff_t(frames) * GetChannels(), out);
+  repeatAt_ += frames;
 }
 
 // What is buffered in front of the device may have been read before the jump: it is traced back through it.
@@ -59,7 +81,7 @@ bool LLoopSourceBase::ControlMessage(int code, long* value) {
       if (clamped < range_.start) *value = range_.Wrap(clamped);
       return true;
     case lccRelativeOffset: {
-      const long long position = input_.GetPositionSample();
+      const long long position = GetPositionSample();
       *value = long(range_.Wrap(position + clamped) - position);
       return true;
     }

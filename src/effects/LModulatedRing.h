@@ -10,6 +10,8 @@
 #include <numbers>
 #include <vector>
 
+#include "effects/LSoftStart.h"
+
 class LSwing {
  public:
   LSwing(int centreFrames, double swingFrames, double step)
@@ -50,17 +52,26 @@ class LModulatedRing {
   void Push(const int* frame) {
     newest_ = (newest_ + 1) & mask_;
     std::copy_n(frame, channels_, &ring_[newest_ * channels_]);
+    if (!softStart_.IsOver()) Soften(softStart_.Next());
   }
   Tap At(double delay) const {
     const auto whole = std::size_t(delay);
     return {Frame(whole), Frame(whole + 1), delay - double(whole)};
   }
-  void Clear() { std::fill(ring_.begin(), ring_.end(), 0); }
+  void ClearForSeek(int frame) {
+    std::fill(ring_.begin(), ring_.end(), 0);
+    softStart_.Restart(frame);
+  }
 
  private:
+  void Soften(double gain) {
+    for (std::size_t i = 0; i < channels_; ++i)
+      ring_[newest_ * channels_ + i] = int(ring_[newest_ * channels_ + i] * gain);
+  }
   const int* Frame(std::size_t back) const { return &ring_[((newest_ - back) & mask_) * channels_]; }
 
   std::size_t channels_, mask_;  // frames, one less than a power of two
   std::vector<int> ring_;        // interleaved
   std::size_t newest_ = 0;
+  LSoftStart softStart_;
 };

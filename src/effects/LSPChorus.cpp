@@ -34,6 +34,6 @@ void LSRCChorus::Read(int* out, int frames) {
 }
 
 void LSRCChorus::Seek(int frame) {
-  ring_.Clear();
+  ring_.ClearForSeek(frame);
   input_.Seek(frame);
 }

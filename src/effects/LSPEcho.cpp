@@ -29,16 +29,14 @@ void LSRCEcho::Read(int* out, int frames) {
   for (int* const end = out + std::ptrdiff_t(frames) * GetChannels(); out < end; ++out) {
     const long long sum = (((long long)gain9_ * ring_[index_]) >> 9) + *out;
     *out = int(std::clamp(sum, -kLoudest, kLoudest));
-    ring_[index_] = fade_ == kFadeSamples ? *out : Softened(*out);
+    ring_[index_] = softStart_.IsOver() ? *out : int(*out * softStart_.Next());
     index_ = index_ + 1 == size ? 0 : index_ + 1;
   }
 }
 
-int LSRCEcho::Softened(int sample) { return int((long long)sample * fade_++ / kFadeSamples); }
-
 void LSRCEcho::Seek(int frame) {
   std::fill(ring_.begin(), ring_.end(), 0);
   index_ = 0;
-  fade_ = frame > 0 ? 0 : kFadeSamples;
+  softStart_.Restart(frame);
   input_.Seek(frame);
 }

@@ -1,6 +1,6 @@
 // Echo with feedback: what comes out goes back in, later and softer.
 // Law      y = (gain9 * ring >> 9) + x; ring = y, held within 2^30: at 99 % repeats add up to a hundred times the input.
-//          Entered in the middle of a track, the first echo fades in over kFadeSamples: it would begin with a click.
+//          Entered in the middle of a track, the first echo fades in (LSoftStart).
 // Units    gain in percent; time in ms.
 // Threads  LSPEcho [main]; LSRCEcho [player], Read allocates nothing.
 // Failure  without memory for its ring it repeats after 20 samples.
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "effects/LEffect.h"
+#include "effects/LSoftStart.h"
 
 class LSPEcho final : public LEffect {
  public:
@@ -31,11 +32,8 @@ class LSRCEcho final : public LSoundProcessBase {
   void Seek(int frame) override;  // the echoes of what was before are gone
 
  private:
-  static constexpr int kFadeSamples = 512;
-  int Softened(int sample);
-
   int gain9_;
   std::vector<int> ring_;  // interleaved
   std::size_t index_ = 0;
-  int fade_ = kFadeSamples;  // samples since a seek, up to kFadeSamples
+  LSoftStart softStart_;
 };

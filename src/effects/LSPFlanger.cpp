@@ -26,6 +26,6 @@ void LSRCFlanger::Read(int* out, int frames) {
 }
 
 void LSRCFlanger::Seek(int frame) {
-  ring_.Clear();
+  ring_.ClearForSeek(frame);
   input_.Seek(frame);
 }

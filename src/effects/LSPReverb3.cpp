@@ -61,6 +61,7 @@ void LSRCReverb3::ReadBlock(int* out, int frames) {
   for (int i = 0; i < frames; ++i) {
     const int* frame = out + std::ptrdiff_t(i) * channels;
     in_[i] = (float(frame[0]) + float(frame[right])) * kInputGain;
+    if (!softStart_.IsOver()) in_[i] *= float(softStart_.Next());
   }
   kernels_.reverb(reverb_, {in_, {left_, right_}, frames});
   for (int i = 0; i < frames; ++i, out += channels) {
@@ -77,5 +78,6 @@ void LSRCReverb3::ReadBlock(int* out, int frames) {
 void LSRCReverb3::Seek(int frame) {
   std::fill(lines_.begin(), lines_.end(), 0.0F);
   for (auto& side : reverb_.stores) std::fill(std::begin(side), std::end(side), 0.0F);
+  softStart_.Restart(frame);
   input_.Seek(frame);
 }

@@ -8,6 +8,7 @@
 // Failure  none; what leaves the range of an int takes its nearest end.
 #pragma once
 #include "effects/LEffect.h"
+#include "effects/LSoftStart.h"
 #include "effects/kernels/LFilterKernels.h"
 
 class LSPReverb3 final : public LEffect {
@@ -54,4 +55,5 @@ class LSRCReverb3 final : public LSoundProcessBase {
   std::vector<float> lines_;  // all delays, one behind the other
   LReverb reverb_;
   float in_[kBlockFrames], left_[kBlockFrames], right_[kBlockFrames];
+  LSoftStart softStart_;
 };

@@ -38,7 +38,7 @@ void LSRCVibrato::Read(int* out, int frames) {
 }
 
 void LSRCVibrato::Seek(int frame) {
-  ring_.Clear();
+  ring_.ClearForSeek(frame);
   std::fill(last_.begin(), last_.end(), 0.0);
   input_.Seek(frame);
 }

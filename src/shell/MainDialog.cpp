@@ -226,6 +226,7 @@ bool MainDialog::CmPlay(DJDeck& deck) {
 void MainDialog::CmPauseDeck(DJDeckPosition position) {
   if (Deck(position).GetState() <= DJDeck::Stopped) return;
   if (RefusedBySafeLive(safeLive_.AllowsPlayPause(position))) return;
+  Hand().CmDeckEndScratch(position);
   Deck(position).Stop();
   DeckGUI(position).CmDeckPause();
 }
@@ -244,6 +245,7 @@ void MainDialog::CmHeadphones(DJDeckPosition position) {
 
 void MainDialog::CmResetDeck(DJDeckPosition position) {
   if (RefuseDeckAction(position)) return;
+  Hand().CmDeckEndScratch(position);
   console_->CmDeckReset(Deck(position));
   pitch_.EvDeckReset(position);
   effects_.ResetEQRack(position);

@@ -24,6 +24,9 @@ std::vector<int> Clicks(int interval, int offset, int frames, int channel, int l
   return samples;
 }
 
+// But for what the flat bands of the equaliser make of a sample when they start elsewhere.
+bool IsSame(int a, int b) { return std::abs(a - b) <= 10; }
+
 std::vector<int> NoiseTrack(int frames) { return Engine::Noise(7, 60000, std::size_t(frames) * 2); }
 
 // The centres of clicks, in frames with fractions.
@@ -91,7 +94,7 @@ TEST(DeckScripts, ALoopOfEachLengthHasItsExactPeriod) {
         ASSERT_GT(rig.heard.size(), from + std::size_t(2 * length));
         const auto period = [&](int frames) {
           return std::equal(rig.heard.begin() + kHeardFrom, rig.heard.begin() + kHeardFrom + length,
-                            rig.heard.begin() + kHeardFrom + frames);
+                            rig.heard.begin() + kHeardFrom + frames, IsSame);
         };
         EXPECT_TRUE(period(length)) << beats << " beats at " << pitch << " lock " << keyLock;
         EXPECT_FALSE(period(length - 1) || period(length + 1));
