@@ -30,9 +30,10 @@ TEST(EffectScripts, EachEffectGoesOnAndOffWithoutAClick) {
           rig.Run("0 load A " + rig.Track("a.wav", 220.5, 20, 100000) + "\n0 command Play/Pause A\n" +
                   LText::Format("3 effect add %s%d\n6 effect bypass %s1 on\n9 quit\n", list, type.number, list)))
           << type.name;
+      // A hall that fills up is louder for a moment than when it is full; clicks were four to ten times as large.
       const int own = std::max(LargestStep(rig.heard, 1, 2.5), LargestStep(rig.heard, 4, 5.5));
       const int switching = std::max(LargestStep(rig.heard, 2.5, 4), LargestStep(rig.heard, 5.5, 7.5));
-      EXPECT_LT(switching, own * 5 / 4) << type.name << (master ? " behind the mix" : " in the deck");
+      EXPECT_LT(switching, own * 3 / 2) << type.name << (master ? " behind the mix" : " in the deck");
       RecordProperty(LText::Format("step_%d_%d", type.number, int(master)), LText::Format("%d of %d", switching, own));
     }
   }
