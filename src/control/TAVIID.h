@@ -63,6 +63,7 @@ enum TAVIID : short {
   idHeadphoneDown = 1585,
   idPitchLockA = 1586,
   idPitchLockB = 1587,
+  idKillBassA = 1619,  // the first of ten: each band of the equaliser from the bass up, deck A and B
   idScratchModeA = 1641,
   idScratchModeB = 1642,
   idStartScratchA = 1647,

@@ -68,6 +68,7 @@ class MainDialog final : public LMainWindow,
   void CmDeckSyncToggle(DJDeckPosition deck) { pitch_.CmDeckSyncToggle(deck); }
   void CmTogglePitchLock(DJDeckPosition deck) { pitch_.CmDeckPitchLock(deck, !Deck(deck).IsKeyLocked()); }
   void CmToggleStrictBeats(DJDeckPosition deck) { Deck(deck).ToggleStrictBeats(); }
+  void CmKillBand(DJDeckPosition deck, int band) { effects_.DeckUpdateEQRack(deck, band, TEffectCommands::kKilled); }
   void CmSetDeckStereoPan(DJDeckPosition deck) { Deck(deck).SetPan(!Deck(deck).IsPanOn()); }
   void CmToggleVinylMode(DJDeckPosition deck) { Deck(deck).ToggleVinylMode(); }
   void DeckSeek(DJDeckPosition deck, int frame);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "control/TAVIID.h"
+#include "effects/TEqualizer.h"
 #include "shell/MainDialog.h"
 
 namespace {
@@ -31,6 +32,7 @@ void PitchLock(MainDialog& d, DJDeckPosition deck, int) { d.CmTogglePitchLock(de
 void Freestyle(MainDialog& d, DJDeckPosition deck, int) { d.CmToggleStrictBeats(deck); }
 void Vinyl(MainDialog& d, DJDeckPosition deck, int) { d.CmToggleVinylMode(deck); }
 void Pan(MainDialog& d, DJDeckPosition deck, int) { d.CmSetDeckStereoPan(deck); }
+void Kill(MainDialog& d, DJDeckPosition, int index) { d.CmKillBand(index % kDeckCount, index / kDeckCount); }
 void ScratchMode(MainDialog& d, DJDeckPosition deck, int) { d.Hand().CmMidiToggleScratchMode(deck); }
 void StartScratch(MainDialog& d, DJDeckPosition deck, int) { d.Hand().CmDeckMidiBeginScratch(deck); }
 void StopScratch(MainDialog& d, DJDeckPosition deck, int) { d.Hand().CmDeckMidiStopScratch(deck); }
@@ -65,6 +67,7 @@ constexpr TCommandRow kCommands[] = {
     {idFreestyleB, kDeckB, Freestyle},
     {idVinylModeA, kDeckA, Vinyl},
     {idVinylModeB, kDeckB, Vinyl},
+    {idKillBassA, kNoDeck, Kill, !kLoaded, TEqualizer::kBands* kDeckCount},
     {idPanA, kDeckA, Pan},
     {idPanB, kDeckB, Pan},
     {idScratchModeA, kDeckA, ScratchMode},

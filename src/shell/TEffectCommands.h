@@ -27,7 +27,7 @@ class TEffectCommandsHost {
 
 class TEffectCommands {
  public:
-  static constexpr int kFlat = 50;
+  static constexpr int kFlat = 50, kKilled = 51;  // -24 dB
 
   TEffectCommands(DJConsole& console, TEffectCommandsHost& host);
 

@@ -4,6 +4,7 @@
 
 #include "Rig.h"
 #include "console/DJMixLaws.h"
+#include "effects/LEffectTypes.h"
 #include "foundation/TSettings.h"
 #include "support/AllocationGuard.h"
 #include "support/EngineData.h"
@@ -148,6 +149,30 @@ TEST(DJConsole, ASecondDeviceCarriesTheHeadphonesInStepWithTheMainOne) {
   for (std::size_t i = 0; i < frames; ++i) ASSERT_NEAR(rig.phones[2 * i] >> 12, track[2 * i], 3 + kEqualizerLoss) << i;
   for (std::size_t i = frames - 4410; i < frames; ++i)
     ASSERT_NEAR(rig.heard[2 * i] >> 12, track[2 * i], kEqualizerLoss) << i;
+}
+
+TEST(DJConsole, MasterEffectsChangeUnderTwoDevicesWithoutMovingEither) {
+  ConsoleRig rig;
+  TSettings::kUseSecondDevice.Set(true);
+  TSettings::kSoundOutDeviceHeadphone.Set("Offline (2)");
+  rig.console->UpdateDevice();
+  const auto track = Engine::Noise(9, 200000, 2 * kMinute / 6);
+  rig.Load(kDeckA, track);
+  rig.Deck(kDeckA).SetHeadphoneMode(true);
+  rig.Deck(kDeckA).Play();
+  rig.RunMs(700);
+  for (const bool bypass : {false, true, false}) {
+    LMasterEffects& effects = rig.console->GetMasterEffects();
+    if (effects.Count() == 0) effects.Add(CreateSoundProcessByType(1));  // a gain of 1
+    effects.At(0).SetBypass(bypass);
+    rig.console->djntfProcessMasterFxChainUpdate();
+    rig.RunMs(700);
+  }
+  ASSERT_EQ(rig.phones.size(), rig.heard.size());
+  for (std::size_t i = 0; i < rig.phones.size() / 2; ++i) {
+    ASSERT_NEAR(rig.phones[2 * i] >> 12, track[2 * i], 3 + kEqualizerLoss) << i;
+    ASSERT_NEAR(rig.heard[2 * i] >> 12, track[2 * i], 3 + kEqualizerLoss) << i;
+  }
 }
 
 TEST(DJConsole, NoAllocationInAnyRefillOrRenderStep) {
