@@ -5,6 +5,7 @@
 
 #include "foundation/LProcessInterface.h"
 #include "sound/LSoundLevel.h"
+#include "sound/LWrap.h"
 
 LSoundSourceBase::LSoundSourceBase(int sampleRate, unsigned char channels, int peak, LSoundError error)
     : sampleRate_(sampleRate), channels_(channels), peak_(peak), error_(error) {
@@ -27,7 +28,7 @@ void LSoundSourceError::Read(int* out, int frames) { std::fill_n(out, std::max(f
 
 void LSilenceSourceBase::Read(int* out, int frames) {
   std::fill_n(out, std::max(frames, 0) * GetChannels(), 0);
-  position_ += frames;
+  position_ = WrapAdd32(position_, frames);
 }
 
 int FindFirstSound(LSoundSource& source) {
