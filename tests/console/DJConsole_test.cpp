@@ -131,14 +131,7 @@ TEST(DJConsole, HeadphonesHearADeckRegardlessOfTheCrossfaderOnTheirOwnChannels) 
 
 TEST(DJConsole, ASecondDeviceCarriesTheHeadphonesInStepWithTheMainOne) {
   ConsoleRig rig;
-  TSettings::kUseSecondDevice.Set(true);
-  TSettings::kSoundOutDeviceHeadphone.Set("Offline (2)");
-  rig.console->UpdateDevice();
-  const auto track = Engine::Noise(9, 200000, 2 * kMinute / 6);
-  rig.Load(kDeckA, track);
-  rig.Deck(kDeckA).SetHeadphoneMode(true);
-  rig.Deck(kDeckA).Play();
-  rig.RunMs(700);
+  const auto track = PlayOnTwoDevices(rig);
   rig.console->SetCrossFadePosition(100);  // a resync of both: the headphones go on, frame by frame
   rig.RunMs(700);
   rig.console->SetCrossFadePosition(0);
@@ -153,14 +146,7 @@ TEST(DJConsole, ASecondDeviceCarriesTheHeadphonesInStepWithTheMainOne) {
 
 TEST(DJConsole, MasterEffectsChangeUnderTwoDevicesWithoutMovingEither) {
   ConsoleRig rig;
-  TSettings::kUseSecondDevice.Set(true);
-  TSettings::kSoundOutDeviceHeadphone.Set("Offline (2)");
-  rig.console->UpdateDevice();
-  const auto track = Engine::Noise(9, 200000, 2 * kMinute / 6);
-  rig.Load(kDeckA, track);
-  rig.Deck(kDeckA).SetHeadphoneMode(true);
-  rig.Deck(kDeckA).Play();
-  rig.RunMs(700);
+  const auto track = PlayOnTwoDevices(rig);
   for (const bool bypass : {false, true, false}) {
     LMasterEffects& effects = rig.console->GetMasterEffects();
     if (effects.Count() == 0) effects.Add(CreateSoundProcessByType(1));  // a gain of 1
@@ -211,6 +197,19 @@ TEST(DJConsole, SeekInPlayIsHeardAtOnce) {
   const auto left = rig.Heard();
   EXPECT_NEAR(left[at + 4 * 512 + 512 + kDeckRate / 30], (20 * kDeckRate + kDeckRate / 30) / 8, 200);
   EXPECT_NEAR(rig.Deck(kDeckA).GetPlayPosition(), 20 * kDeckRate + kDeckRate * 3 / 10, kDeckRate / 8);
+}
+
+// Deck A plays noise to both devices; gives the noise.
+std::vector<int> PlayOnTwoDevices(ConsoleRig& rig) {
+  TSettings::kUseSecondDevice.Set(true);
+  TSettings::kSoundOutDeviceHeadphone.Set("Offline (2)");
+  rig.console->UpdateDevice();
+  const auto track = Engine::Noise(9, 200000, 2 * kMinute / 6);
+  rig.Load(kDeckA, track);
+  rig.Deck(kDeckA).SetHeadphoneMode(true);
+  rig.Deck(kDeckA).Play();
+  rig.RunMs(700);
+  return track;
 }
 
 }  // namespace

@@ -62,8 +62,9 @@ TEST(EffectScripts, ListsStayFromOneRunToTheNext) {
 
 TEST(EffectScripts, TheEqualiserIsHeardAndReset) {
   ShellRig rig;
-  ASSERT_TRUE(rig.Run("0 load A " + rig.Track("bass.wav", 60, 20, 50000) +
-                      "\n0 command Play/Pause A\n2 eq A 1 0\n5 eq A 1 100\n8 command Reset Deck A\n10 command Kill Bass A\n13 quit\n"));
+  ASSERT_TRUE(rig.Run(
+      "0 load A " + rig.Track("bass.wav", 60, 20, 50000) +
+      "\n0 command Play/Pause A\n2 eq A 1 0\n5 eq A 1 100\n8 command Reset Deck A\n10 command Kill Bass A\n13 quit\n"));
   const auto level = [&](double seconds) {
     double sum = 0;
     const auto from = rig.heard.begin() + std::ptrdiff_t(seconds * kDeckRate);
