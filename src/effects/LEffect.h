@@ -12,7 +12,7 @@
 #include "foundation/LSDF.h"
 #include "sound/LSoundProcess.h"
 
-struct LEffectParameter {
+struct LEffectParameter {  // in the order of a table's columns. NOLINT(clang-analyzer-optin.performance.Padding)
   const char* name;
   const char* unit;
   LSoundProcessParameter::Type type;
@@ -31,8 +31,8 @@ struct LEffectPreset {
 class LEffect;
 
 // A row of the table of effects (LEffectTypes.h).
-struct LEffectType {
-  int number;  // stored in files; never changes
+struct LEffectType {  // NOLINT(clang-analyzer-optin.performance.Padding): as above
+  int number;         // stored in files; never changes
   const char* name;
   std::span<const LEffectParameter> parameters;
   std::span<const LEffectPreset> presets;

@@ -129,6 +129,19 @@ TEST(DJConsole, HeadphonesHearADeckRegardlessOfTheCrossfaderOnTheirOwnChannels) 
   EXPECT_FALSE(rig.console->CheckHeadphones());
 }
 
+// Deck A plays noise to both devices; gives the noise.
+std::vector<int> PlayOnTwoDevices(ConsoleRig& rig) {
+  TSettings::kUseSecondDevice.Set(true);
+  TSettings::kSoundOutDeviceHeadphone.Set("Offline (2)");
+  rig.console->UpdateDevice();
+  const auto track = Engine::Noise(9, 200000, 2 * kMinute / 6);
+  rig.Load(kDeckA, track);
+  rig.Deck(kDeckA).SetHeadphoneMode(true);
+  rig.Deck(kDeckA).Play();
+  rig.RunMs(700);
+  return track;
+}
+
 TEST(DJConsole, ASecondDeviceCarriesTheHeadphonesInStepWithTheMainOne) {
   ConsoleRig rig;
   const auto track = PlayOnTwoDevices(rig);
@@ -197,19 +210,6 @@ TEST(DJConsole, SeekInPlayIsHeardAtOnce) {
   const auto left = rig.Heard();
   EXPECT_NEAR(left[at + 4 * 512 + 512 + kDeckRate / 30], (20 * kDeckRate + kDeckRate / 30) / 8, 200);
   EXPECT_NEAR(rig.Deck(kDeckA).GetPlayPosition(), 20 * kDeckRate + kDeckRate * 3 / 10, kDeckRate / 8);
-}
-
-// Deck A plays noise to both devices; gives the noise.
-std::vector<int> PlayOnTwoDevices(ConsoleRig& rig) {
-  TSettings::kUseSecondDevice.Set(true);
-  TSettings::kSoundOutDeviceHeadphone.Set("Offline (2)");
-  rig.console->UpdateDevice();
-  const auto track = Engine::Noise(9, 200000, 2 * kMinute / 6);
-  rig.Load(kDeckA, track);
-  rig.Deck(kDeckA).SetHeadphoneMode(true);
-  rig.Deck(kDeckA).Play();
-  rig.RunMs(700);
-  return track;
 }
 
 }  // namespace
