@@ -107,6 +107,7 @@ class DJConsole final : private LSoundPlayerNotify, private DJDeckNotify, privat
   bool IsSpeaking() const { return microphone_.IsSpeaking(); }
 
   LMasterEffects& GetMasterEffects() { return masterEffects_; }
+  const LMasterEffects& GetMasterEffects() const { return masterEffects_; }
   void CmDeckUpdateEQ(DJDeck& deck, const std::array<LLevel, TEqualizer::kBands>& levels);  // from the bass up
   void djntfProcessChainUpdate() { pending_.chain = true; }
   void djntfProcessChainUpdateNow() { EvUpdateEffectChain(); }

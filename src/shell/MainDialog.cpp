@@ -443,7 +443,7 @@ void MainDialog::ScriptScratch(const TScriptEvent& event) {
 }
 
 void MainDialog::ScriptState(const std::string& path) {
-  const std::string json = TStateWriter::ToJson(*console_, safeLive_);
+  const std::string json = TStateWriter::ToJson(*console_, safeLive_, effects_.Chain());
   if (!LFile::WriteReplacing(path, json)) Fail("Zustand", "Die Datei konnte nicht geschrieben werden: " + path);
 }
 

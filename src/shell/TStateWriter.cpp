@@ -68,9 +68,35 @@ std::string DeckJson(const DJDeck& deck) {
   return json + "      \"cue_points\": " + CueJson(deck) + "\n    }";
 }
 
+// The values as they are stored: decimals in thousandths.
+std::string EffectJson(const LEffect& effect, const std::string& decks) {
+  std::string json = "{\"name\": " + Quoted(effect.GetName()) + ", \"bypassed\": " + Bool(effect.IsBypassed()) + decks;
+  json += ", \"values\": [";
+  LSoundProcessParameter parameter;
+  for (int i = 0; effect.GetParameterByIndex(i, &parameter); ++i)
+    json += (i == 0 ? "" : ", ") + std::to_string(parameter.value);
+  return json + "]}";
+}
+
+std::string ChainJson(const TSoundProcessChain& chain) {
+  std::string json = "[";
+  for (int i = 0; i < chain.Count(); ++i) {
+    const std::string decks = LText::Format(", \"a\": %s, \"b\": %s", Bool(!chain.IsDeckEffectMuted(kDeckA, i)),
+                                            Bool(!chain.IsDeckEffectMuted(kDeckB, i)));
+    json += (i == 0 ? "" : ", ") + EffectJson(chain.At(i), decks);
+  }
+  return json + "]";
+}
+
+std::string MasterJson(const LMasterEffects& effects) {
+  std::string json = "[";
+  for (int i = 0; i < effects.Count(); ++i) json += (i == 0 ? "" : ", ") + EffectJson(effects.At(i), "");
+  return json + "]";
+}
+
 }  // namespace
 
-std::string TStateWriter::ToJson(const DJConsole& console, const TSafeLive& safeLive) {
+std::string TStateWriter::ToJson(const DJConsole& console, const TSafeLive& safeLive, const TSoundProcessChain& chain) {
   std::string json = "{\n  \"decks\": [\n";
   for (const DJDeckPosition position : {kDeckA, kDeckB})
     if (const DJDeck* deck = console.GetDeck(position)) json += (position == kDeckA ? "" : ",\n") + DeckJson(*deck);
@@ -79,6 +105,8 @@ std::string TStateWriter::ToJson(const DJConsole& console, const TSafeLive& safe
   json += "  \"headphones_db\": " + Db(console.GetHeadphoneLevel()) + ",\n";
   json +=
       LText::Format("  \"safe_live\": %s,\n  \"microphone\": %s,\n", Bool(safeLive.IsOn()), Bool(console.IsSpeaking()));
+  json += "  \"effects\": " + ChainJson(chain) + ",\n";
+  json += "  \"master_effects\": " + MasterJson(console.GetMasterEffects()) + ",\n";
   json += LText::Format("  \"recording\": {\"on\": %s, \"path\": ", Bool(console.IsRecording()));
   return json + Quoted(console.GetRecordingPath()) + "}\n}\n";
 }

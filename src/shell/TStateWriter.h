@@ -6,7 +6,8 @@
 
 class DJConsole;
 class TSafeLive;
+class TSoundProcessChain;
 
 namespace TStateWriter {
-std::string ToJson(const DJConsole& console, const TSafeLive& safeLive);
+std::string ToJson(const DJConsole& console, const TSafeLive& safeLive, const TSoundProcessChain& chain);
 }
