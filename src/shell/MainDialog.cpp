@@ -172,7 +172,7 @@ void MainDialog::EnableControls() {
   for (const DJDeckPosition deck : {kDeckA, kDeckB}) DeckGUI(deck).EnableControls();
   for (const TKeyCommand& key : TKeyTable::Rows()) {
     const TCommandRow* row = FindCommand(key.id);
-    if (row && row->needsLoadedDeck) EnableMenuItem(unsigned(row->id), console_->IsDeckLoaded(row->deck));
+    if (row && row->needsLoadedDeck) EnableMenuItem(unsigned(key.id), console_->IsDeckLoaded(row->deck));
   }
   CheckMenuItems();
 }
