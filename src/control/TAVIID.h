@@ -72,5 +72,9 @@ enum TAVIID : short {
   idStopScratchB = 1654,
   idToggleScratchA = 1659,
   idToggleScratchB = 1660,
+  idClearEffects = 1706,
+  idSaveEffectChain = 1709,
+  idLoadEffectChain = 1712,
+  idClearMasterEffects = 1811,
   idQuit = 9100,  // of the menu alone
 };

@@ -14,6 +14,7 @@ constexpr std::uint32_t kUp = Code(LKeyCode::kUp), kDown = Code(LKeyCode::kDown)
 
 constexpr TKeyCommand kRows[] = {
     // name                            id                    deck  default key       German text
+    {"Clear Effects", idClearEffects, 9, 0, "Deck-Effekte löschen"},
     {"Record", idRecord, 9, kCmd | 'R', "Aufnahme beginnen"},
     {"Safe Live Mode", idSafeLive, 9, kCmd | 'L', "Abgesicherten Live-Modus umschalten"},
     {"Microphone Mode", idMicrophone, 9, kCmd | 'N', "Mikrofonmodus umschalten"},
@@ -87,6 +88,7 @@ constexpr TKeyCommand kRows[] = {
     {"Clear Deck B", idClearDeckB, 1, 0, "Deck löschen"},
     {"Set Freestyle On/Off A", idFreestyleA, 0, kShift | 'S', "FreeStyle-Modus festlegen"},
     {"Set Freestyle On/Off B", idFreestyleB, 1, kOption | kShift | 'S', "FreeStyle-Modus festlegen"},
+    {"Clear Master Effects", idClearMasterEffects, 9, 0, "Master-Effekte löschen"},
 };
 
 // What a controller can do besides the above, and under other names.

@@ -72,6 +72,7 @@ class MainDialog final : public LMainWindow,
   void CmSetDeckStereoPan(DJDeckPosition deck) { Deck(deck).SetPan(!Deck(deck).IsPanOn()); }
   void CmToggleVinylMode(DJDeckPosition deck) { Deck(deck).ToggleVinylMode(); }
   void DeckSeek(DJDeckPosition deck, int frame);
+  TEffectCommands& Effects() { return effects_; }
   TDeckScratch& Hand() { return hand_.Scratch(); }
   void CmRecord() { record_.CmRecord(); }
   void ToggleMicrophoneMode();

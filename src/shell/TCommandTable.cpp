@@ -103,6 +103,13 @@ constexpr TCommandRow kCommands[] = {
     {idMicrophone, kNoDeck, [](MainDialog& d, DJDeckPosition, int) { d.ToggleMicrophoneMode(); }},
     {idSafeLive, kNoDeck, [](MainDialog& d, DJDeckPosition, int) { d.CmToggleSafeLiveMode(); }},
     {idOpenRecordFolder, kNoDeck, [](MainDialog& d, DJDeckPosition, int) { d.CmOpenRecordFolder(); }},
+    {idClearEffects, kNoDeck, [](MainDialog& d, DJDeckPosition, int) { d.Effects().Do({TEffectAction::Clear}); }},
+    {idSaveEffectChain, kNoDeck, [](MainDialog& d, DJDeckPosition, int) { d.Effects().SaveEffectChain(); }},
+    {idLoadEffectChain, kNoDeck, [](MainDialog& d, DJDeckPosition, int) { d.Effects().LoadEffectChain(); }},
+    {idClearMasterEffects, kNoDeck,
+     [](MainDialog& d, DJDeckPosition, int) {
+       d.Effects().Do({TEffectAction::Clear, true});
+     }},
     {idQuit, kNoDeck, [](MainDialog& d, DJDeckPosition, int) { d.RequestClose(); }},
 };
 

@@ -33,6 +33,14 @@ constexpr LMenuItem kMenu[] = {
     kEndSub,
 };
 
+constexpr LMenuItem kEffectMenu[] = {
+    {kMenuSub, "Deckeffekte"},
+    {idLoadEffectChain, "Effektkette laden"},
+    {idClearEffects, "Deck-Effekte löschen"},
+    {idSaveEffectChain, "Effektkette speichern"},
+    kEndSub,
+};
+
 // The items of a deck: both ids, and a text unless the key table has it. Rows of several ids count up.
 struct DeckItem {
   unsigned idA, idB;
@@ -93,6 +101,7 @@ std::vector<LMenuItem> BuildMenu() {
   AddDeckMenu(menu, kDeckA);
   AddDeckMenu(menu, kDeckB);
   menu.push_back(kEndSub);
+  menu.insert(menu.end(), std::begin(kEffectMenu), std::end(kEffectMenu));
   return menu;
 }
 

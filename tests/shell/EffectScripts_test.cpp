@@ -50,7 +50,9 @@ TEST(EffectScripts, ListsStayFromOneRunToTheNext) {
   const auto bytes = LFile::ReadAll(chain);
   ASSERT_TRUE(bytes && bytes->size() > 100);
   EXPECT_EQ(LFile::ReadAll(again), bytes);
-  ASSERT_TRUE(rig.Run("0 effect load " + chain + "\n0.1 effect remove 3\n0.1 effect preset master 1 1\n0.2 quit\n"));
+  ASSERT_TRUE(rig.Run("0 effect load " + chain +
+                      "\n0.1 effect remove 3\n0.15 command Clear Effects\n0.16 command Clear Master Effects\n0.17 "
+                      "effect add master Hall\n0.1 effect preset master 1 1\n0.2 quit\n"));
   EXPECT_TRUE(rig.Logged("2 Effekte wurden hinzugefügt."));
   const std::string notAudio = rig.Track("a.wav", 441, 0.1);
   EXPECT_FALSE(rig.Run("0 effect load " + notAudio + "\n0.2 quit\n"));
