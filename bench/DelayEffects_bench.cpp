@@ -45,22 +45,6 @@ void BM_Effect(benchmark::State& state) {
   Run(state, effect->OpenSource(source));
 }
 
-// A click, and nothing after it.
-class EndedSource final : public LSoundSourceBase {
- public:
-  EndedSource() : LSoundSourceBase(kDeckRate, kChannels, kPeak16) {}
-  void Read(int* out, int frames) override {
-    std::fill_n(out, frames * kChannels, 0);
-    if (!ended_) std::fill_n(out, kChannels, kPeak16);
-    ended_ = true;
-  }
-  int GetPositionSample() const override { return 0; }
-  int GetEndSample() const override { return kEndless; }
-
- private:
-  bool ended_ = false;
-};
-
 void BM_EffectAfterTheEnd(benchmark::State& state) {
   LSoundSource source = LSoundSource::Make<EndedSource>();
   const std::unique_ptr<LEffect> effect = FindEffectType(int(state.range(0))).create();

@@ -2,11 +2,7 @@
 
 #include <algorithm>
 
-namespace {
-
-int ClampToInt(long long value) { return int(std::clamp<long long>(value, INT32_MIN, INT32_MAX)); }
-
-}  // namespace
+#include "sound/LWrap.h"
 
 LLoopRange LLoopRange::Fit(int start, int end, int inputEnd) {
   const long long last = std::max(inputEnd, 0);
@@ -71,11 +67,11 @@ void LLoopSourceBase::Repeat(int* out, int frames) {
 // What is buffered in front of the device may have been read before the jump: it is traced back through it.
 int LLoopSourceBase::AdjustRelativeOffset(int offset, int position) {
   const long long at = position + (long long)input_.AdjustRelativeOffset(offset, position);
-  return ClampToInt((long long)range_.Wrap(at) - position);
+  return SaturateToInt(double((long long)range_.Wrap(at) - position));
 }
 
 bool LLoopSourceBase::ControlMessage(int code, long* value) {
-  const auto clamped = ClampToInt(*value);
+  const auto clamped = SaturateToInt(double(*value));
   switch (code) {
     case lccWrapPosition:
       if (clamped < range_.start) *value = range_.Wrap(clamped);

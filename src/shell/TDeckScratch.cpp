@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
+#include "console/DJPitchLaw.h"
 #include "foundation/TSettings.h"
 #include "sound/LWrap.h"
 
 namespace {
 
 constexpr int kJogTimer = 50;
-constexpr int kHighestPitchSlider = 1000;
 constexpr int kBendPerFrame = 10, kBendPerJogStep = 50;  // of the pitch slider
 constexpr int kHighestMidiValue = 127;
 constexpr int kMostPendingSteps = 1 << 20;
@@ -79,7 +79,7 @@ void TDeckScratch::CmDeckEndScratch(DJDeckPosition deck) {
 }
 
 void TDeckScratch::Bend(DJDeckPosition deck, long long away) {
-  host_.CmDeckPitch(deck, int(std::clamp<long long>(Of(deck).rememberedPitch + away, 0, kHighestPitchSlider)));
+  host_.CmDeckPitch(deck, int(std::clamp<long long>(Of(deck).rememberedPitch + away, 0, kPitchSliderMax)));
 }
 
 int TDeckScratch::JogDelta(int value) {
