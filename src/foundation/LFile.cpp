@@ -15,6 +15,13 @@
 
 #include "foundation/LText.h"
 
+namespace {
+
+constexpr int kLockTries = 5;
+constexpr unsigned kLockPauseUs = 1000;
+
+}  // namespace
+
 bool LFile::Exists(const std::string& path) {
   struct stat info {};
   return ::stat(path.c_str(), &info) == 0;
@@ -23,6 +30,11 @@ bool LFile::Exists(const std::string& path) {
 bool LFile::IsFolder(const std::string& path) {
   struct stat info {};
   return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+bool LFile::IsReadableFile(const std::string& path) {
+  struct stat info {};
+  return ::stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) && LFileHandle::OpenRead(path).IsOpen();
 }
 
 std::optional<std::uint64_t> LFile::Size(const std::string& path) {
@@ -158,7 +170,14 @@ LFileHandle LFileHandle::OpenRead(const std::string& path) {
 LFileHandle LFileHandle::OpenReadWriteShared(const std::string& path, bool truncate) {
   LFileHandle file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
   if (!file.IsOpen()) return file;
-  if (::flock(file.Get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK) file.Close();
+  // Whoever asks for a moment whether the file is locked holds it for that moment.
+  for (int tries = 1; ::flock(file.Get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK; ++tries) {
+    if (tries == kLockTries) {
+      file.Close();
+      return file;
+    }
+    ::usleep(kLockPauseUs);
+  }
   if (truncate && file.IsOpen() && !file.Truncate(0)) file.Close();
   return file;
 }

@@ -13,6 +13,7 @@ namespace LFile {
 
 bool Exists(const std::string& path);
 bool IsFolder(const std::string& path);
+bool IsReadableFile(const std::string& path);  // a regular one: a pipe or a device would keep its reader waiting
 std::optional<std::uint64_t> Size(const std::string& path);
 std::int64_t ModificationTime(const std::string& path);  // 0 on failure
 std::uint64_t FreeMegabytes(const std::string& folder);  // 0 on failure

@@ -27,3 +27,4 @@ LSoundBackend& LPlatform::SoundBackend() { return Need(services.soundBackend, "S
 LToolkit& LPlatform::Toolkit() { return Need(services.toolkit, "Toolkit"); }
 LThreadPriorities* LPlatform::Priorities() { return services.priorities; }
 LSteps* LPlatform::Steps() { return services.steps; }
+LComponentFinder* LPlatform::Components() { return services.components; }

@@ -6,6 +6,7 @@
 #pragma once
 
 class LClock;
+class LComponentFinder;
 class LMainLoop;
 class LFolders;
 class LPreferences;
@@ -23,6 +24,7 @@ struct LPlatformServices {
   LToolkit* toolkit = nullptr;
   LThreadPriorities* priorities = nullptr;  // null: threads keep their priority
   LSteps* steps = nullptr;                  // null: step threads are real threads
+  LComponentFinder* components = nullptr;   // null: no helper programs
 };
 
 class LPlatform {
@@ -38,4 +40,5 @@ class LPlatform {
   static LToolkit& Toolkit();
   static LThreadPriorities* Priorities();
   static LSteps* Steps();
+  static LComponentFinder* Components();
 };

@@ -55,6 +55,25 @@ class LProcessInterfaceNested : public LProcessInterface {
   LProcessInterface& outer_;  // outlives this
 };
 
+// A job that stands for another: everything reaches the outer one, but the error if it is to be kept from it, because
+// another way may still succeed.
+class LProcessInterfaceForward : public LProcessInterfaceNested {
+ public:
+  enum Errors { PassErrors, DropErrors };
+  explicit LProcessInterfaceForward(LProcessInterface& outer, Errors errors = PassErrors)
+      : LProcessInterfaceNested(outer), errors_(errors) {}
+  void SetError(const char* text) override {
+    if (errors_ == PassErrors) outer_.SetError(text);
+  }
+  void SetStatus(const char* text, int line) override { outer_.SetStatus(text, line); }
+  void SetProgress(double progress) override { outer_.SetProgress(progress); }
+  void SetProgressIndeterminateOn() override { outer_.SetProgressIndeterminateOn(); }
+  void SetProgressIndeterminateOff() override { outer_.SetProgressIndeterminateOff(); }
+
+ private:
+  Errors errors_;
+};
+
 // A part of a larger job: its progress fills the range from start to end of the outer one.
 class LProcessInterfaceSubProcess final : public LProcessInterfaceNested {
  public:

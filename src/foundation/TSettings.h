@@ -66,4 +66,18 @@ inline constexpr TSettingInt kAiffSampleRate{"AIFFEncode", "SampleRate", 44100, 
 inline constexpr TSettingInt kAiffSampleSize{"AIFFEncode", "SampleSize", 16, 1, 32};           // bits
 inline constexpr TSettingInt kAiffFormat{"AIFFEncode", "Format", 0, -0x7fffffff, 0x7fffffff};  // 1, 2, 3; others: 0
 
+inline constexpr TSettingBool kMp3ConstantBitRate{"MP3Encoder", "ConstantBitRate", true};
+inline constexpr TSettingInt kMp3CbrBitRate{"MP3Encoder", "CBRBitRate", 160, 8, 320};  // kbit/s
+inline constexpr TSettingBool kMp3HighQuality{"MP3Encoder", "HighQuality", true};
+inline constexpr TSettingInt kMp3VbrMinBitRate{"MP3Encoder", "VBRMinBitRate", 32, 8, 320};   // kbit/s
+inline constexpr TSettingInt kMp3VbrMaxBitRate{"MP3Encoder", "VBRMaxBitRate", 320, 8, 320};  // kbit/s
+inline constexpr TSettingInt kMp3VbrQuality{"MP3Encoder", "VBRQuality", 4, 0, 9};            // 0 is best
+inline constexpr TSettingBool kMp3ErrorProtection{"MP3Encoder", "ErrorProtection", false};
+inline constexpr TSettingInt kMp3ChannelMode{"MP3Encoder", "ChannelMode", 0, -0x7fffffff, 0x7fffffff};  // 0 to 3
+
+inline constexpr TSettingBool kCacheYesNo{"Settings", "CacheYesNo", true};
+inline constexpr TSettingString kCachePath{"Settings", "CachePath", ""};  // empty: the folder "Cache" of the program
+inline constexpr TSettingInt kRemainMB{"Settings", "RemainMB", 100, 0, 0x7fffffff};
+inline constexpr TSettingBool kWarnWhenDiskLow{"Settings", "WarnWhenDiskLow", false};
+
 }  // namespace TSettings

@@ -24,15 +24,14 @@ LTestPlatform::LTestPlatform(Threads threads, LToolkit* toolkit, int deviceChann
       backend(deviceChannels, deviceCount),
       run(loop, clock, steps, backend) {
   tlThreadRole = LThreadRole::Main;
-  LPlatformServices services;
-  services.clock = threads == Threads::Real ? static_cast<LClock*>(&realClock) : &clock;
-  services.mainLoop = &loop;
-  services.folders = &folders;
-  services.preferences = &preferences;
-  services.soundBackend = &backend;
-  services.toolkit = toolkit;
-  services.steps = threads == Threads::Offline ? &steps : nullptr;
-  LPlatform::Fill(services);
+  services_.clock = threads == Threads::Real ? static_cast<LClock*>(&realClock) : &clock;
+  services_.mainLoop = &loop;
+  services_.folders = &folders;
+  services_.preferences = &preferences;
+  services_.soundBackend = &backend;
+  services_.toolkit = toolkit;
+  services_.steps = threads == Threads::Offline ? &steps : nullptr;
+  LPlatform::Fill(services_);
   LTimerHandler::Enable(true);
 }
 
@@ -41,6 +40,11 @@ LTestPlatform::~LTestPlatform() {
   LPlatform::Clear();
   std::error_code ignored;
   std::filesystem::remove_all(folder, ignored);
+}
+
+void LTestPlatform::SetComponents(LComponentFinder* finder) {
+  services_.components = finder;
+  LPlatform::Fill(services_);
 }
 
 std::string LTestPlatform::TempPath(const std::string& name) const { return LFile::MakePath(folder, name); }

@@ -6,11 +6,13 @@
 #include "foundation/LClock.h"
 #include "foundation/LFolders.h"
 #include "foundation/LMainLoop.h"
+#include "foundation/LPlatform.h"
 #include "foundation/LPreferences.h"
 #include "foundation/LStepThread.h"
 #include "platform/offline/LOfflineBackend.h"
 #include "platform/offline/LOfflineRun.h"
 
+class LComponentFinder;
 class LToolkit;
 
 class LTestPlatform {
@@ -21,6 +23,7 @@ class LTestPlatform {
                          int deviceCount = 2);
   ~LTestPlatform();
 
+  void SetComponents(LComponentFinder* finder);  // helper programs; outlives this
   std::string TempPath(const std::string& name) const;
   // Real threads: dispatches the loop until the condition holds; false after the time limit.
   template <class Condition>
@@ -42,4 +45,7 @@ class LTestPlatform {
   LOfflineBackend backend;
   LSteps steps;
   LOfflineRun run;
+
+ private:
+  LPlatformServices services_;
 };
