@@ -4,6 +4,7 @@
 
 #include "audiofile/LAifFile.h"
 #include "audiofile/LWaveFile.h"
+#include "audiofile/encode/LMp3Sink.h"
 #include "foundation/LFile.h"
 #include "foundation/LText.h"
 #include "foundation/TSettings.h"
@@ -24,12 +25,17 @@ LSoundSink OpenAiff(const std::string& path) {
       TSettings::kAiffSampleSize.Get(), format >= 1 && format <= 3 ? AIFFFormatType(format) : AIFFFormatType(0));
 }
 
+LSoundSink OpenMp3(const std::string& path) {
+  return OpenMp3Sink(path, LMp3EncodeSettings(path), kDeckRate, kRecordChannels);
+}
+
 struct Format {
   const char* extension;
   LSoundSink (*open)(const std::string& path);
 };
 constexpr Format kFormats[] = {
     {".wav", OpenWave},
+    {".mp3", OpenMp3},
     {".aiff", OpenAiff},
     {".aif", OpenAiff},
 };

@@ -12,7 +12,7 @@ std::string NewPath();                         // folder, automatic or numbered 
 LSoundSink OpenSink(const std::string& path);  // by the path's extension
 
 bool IsKnownExtension(const std::string& extension);
-std::string KnownExtensions();  // for a message: ".wav, .aiff, .aif"
+std::string KnownExtensions();  // for a message: ".wav, .mp3, .aiff, .aif"
 
 // "YYYY-MM-DD HH-MM-SS" of the local time.
 std::string AutomaticName();

@@ -56,6 +56,34 @@ TEST(Recording, OtherRateAndChannelsHaveTheRightLengthAndNoGap) {
   }
 }
 
+TEST(Recording, AsMp3HoldsTheMixAtTheRateOfItsSettings) {
+  if (std::system("ffmpeg -version >/dev/null 2>&1") != 0) GTEST_SKIP() << "ffmpeg is missing";
+  const struct { int kbit, rate, channels; } rows[] = {{160, kDeckRate, 2}, {16, 22050, 1}};
+  for (const auto& row : rows) {
+    ConsoleRig rig;
+    TSettings::kMp3CbrBitRate.Set(row.kbit);
+    const std::string path = rig.platform.TempPath("mix.mp3"), raw = rig.platform.TempPath("mix.raw");
+    std::vector<int> track = Tone(441, 200000, 12 * kDeckRate);
+    for (std::size_t i = 1; i < track.size(); i += 2) track[i] = track[i - 1];  // in phase, for the mono mix
+    rig.Load(kDeckA, track);
+    ASSERT_TRUE(rig.console->StartRecordingTo(path));
+    rig.Deck(kDeckA).Play();
+    rig.RunMs(10000);
+    rig.console->StopRecording();
+    ASSERT_EQ(std::system(("ffmpeg -v error -y -i " + path + " -f s16le " + raw).c_str()), 0);
+    const std::string bytes = LFile::ReadAll(raw).value_or("");
+    const auto frames = bytes.size() / 2 / std::size_t(row.channels);
+    EXPECT_NEAR(double(frames) / row.rate, 10, 0.2);
+    // 200000 of 524288 is 12500 of 32768: its mean square gives back the amplitude.
+    std::vector<int> left;
+    for (std::size_t i = 0; i < frames; ++i) {
+      const auto* at = reinterpret_cast<const unsigned char*>(bytes.data()) + 2 * i * std::size_t(row.channels);
+      left.push_back(static_cast<short>(at[0] | at[1] << 8));
+    }
+    EXPECT_NEAR(Rms(left, frames / 4, frames / 2) * std::sqrt(2), 12200, 400) << row.kbit;
+  }
+}
+
 TEST(Recording, AFailingDiskSetsTheErrorAndTheMixPlaysOn) {
   ConsoleRig rig;
   rig.Load(kDeckA, Tone(300, 300000, 60 * kDeckRate));
