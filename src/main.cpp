@@ -19,6 +19,7 @@
 #include "foundation/LStepThread.h"
 #include "platform/LBackendChoice.h"
 #include "platform/linux/LLinuxPriorities.h"
+#include "platform/linux/LPathComponents.h"
 #include "platform/offline/LOfflineBackend.h"
 #include "platform/offline/LOfflineRun.h"
 #include "shell/MainDialog.h"
@@ -96,6 +97,8 @@ void FillServices(LPlatformServices& services, LClock& clock, LMainLoop& loop, L
   services.mainLoop = &loop;
   services.folders = &folders;
   services.preferences = &preferences;
+  static LPathComponents components;
+  services.components = &components;
   loopToQuit = &loop;
   std::signal(SIGINT, QuitOnSignal);
   std::signal(SIGTERM, QuitOnSignal);

@@ -4,6 +4,7 @@
 // Threads  one thread at a time. Read makes one system call per kMaxBlockFrames and allocates nothing.
 // Failure  the end stays what the header says, even if the file is shorter; a failed read is silence.
 #pragma once
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -19,9 +20,11 @@ struct LPCMData {
   std::uint32_t length = 0;  // bytes; kUnknownLength and more: not known
   int rate = 0;
   unsigned char channels = 0;
+  std::uint32_t frames = 0;  // of a block codec whose last block is not full; 0: not told
 
   static constexpr std::uint32_t kUnknownLength = 0xFFFFFF01;
   bool HasUnknownLength() const { return length >= kUnknownLength; }
+  std::int64_t BytesInFile() const { return std::max<std::int64_t>(file.Size() - start, 0); }
 };
 
 inline constexpr int kPeakG711 = 0x7e000;

@@ -1,27 +1,42 @@
 #include "audiofile/LWaveFile.h"
 
+#include "audiofile/LGSMFile.h"
+#include "audiofile/LIMAFile.h"
 #include "audiofile/LPCMLimits.h"
 #include "audiofile/LSNKPCMFile.h"
 #include "audiofile/LSRCPCMFile.h"
 #include "audiofile/LWavSourceDeleteWhenClosed.h"
+#include "audiofile/mp3/LMP3File.h"
 
 namespace {
 
-using SourceOpener = LSoundSource (*)(LPCMData&& data, bool growing);
+// A wave file whose header has been read.
+struct Opening {
+  const std::string& path;
+  LPCMData data;
+  LWaveFormatEx format;
+  bool growing;
+};
+
+using SourceOpener = LSoundSource (*)(Opening&& file);
 using SinkOpener = LSoundSink (*)(const std::string& path, int rate, unsigned char channels, int startFrame);
 
 template <class Storage>
-LSoundSource OpenPcm(LPCMData&& data, bool growing) {
-  return LSoundSource::Make<LSRCPCMFile<Storage>>(std::move(data), growing);
+LSoundSource OpenPcm(Opening&& file) {
+  return LSoundSource::Make<LSRCPCMFile<Storage>>(std::move(file.data), file.growing);
 }
 
 template <class Storage>
-LSoundSource OpenG711(LPCMData&& data, bool /*growing*/) {
-  return LSoundSource::Make<LRawFileDataSoundSource<Storage>>(std::move(data));
+LSoundSource OpenG711(Opening&& file) {
+  return LSoundSource::Make<LRawFileDataSoundSource<Storage>>(std::move(file.data));
 }
 
+LSoundSource OpenIma(Opening&& file) { return LIMAWaveOpenSource(std::move(file.data), file.format.blockAlign); }
+LSoundSource OpenGsm(Opening&& file) { return LGSMWaveOpenSource(std::move(file.data)); }
+LSoundSource OpenMpeg(Opening&& file) { return LMP3File::OpenSource(file.path, false); }
+
 template <LSoundError kError>
-LSoundSource Refuse(LPCMData&& /*data*/, bool /*growing*/) {
+LSoundSource Refuse(Opening&& /*file*/) {
   return LSoundSource(kError);
 }
 
@@ -41,11 +56,11 @@ constexpr SourceRow kSources[] = {
     {lwtFloat, 0, kAnyBits, Refuse<lseDamaged>},
     {lwtALaw, 0, kAnyBits, OpenG711<LSFALAW>},
     {lwtMuLaw, 0, kAnyBits, OpenG711<LSFULAW>},
-    {lwtImaAdpcm, 0, kAnyBits, Refuse<lseLaterStage>},
+    {lwtImaAdpcm, 0, kAnyBits, OpenIma},
     {lwtDart, 0, kAnyBits, Refuse<lseLaterStage>},
-    {lwtGsm, 0, kAnyBits, Refuse<lseLaterStage>},
+    {lwtGsm, 0, kAnyBits, OpenGsm},
     {lwtG726, 0, kAnyBits, Refuse<lseLaterStage>},
-    {lwtMpeg3, 0, kAnyBits, Refuse<lseLaterStage>},
+    {lwtMpeg3, 0, kAnyBits, OpenMpeg},
 };
 
 SourceOpener FindOpener(const LWaveFormatEx& format) {
@@ -79,15 +94,14 @@ LSoundSink OpenG711Sink(const std::string& path, int rate, unsigned char channel
 }  // namespace
 
 LSoundSource LWaveFile::OpenSource(const std::string& path) {
-  LPCMData data;
-  data.file = LFileHandle::OpenRead(path);
-  if (!data.file.IsOpen()) return LSoundSource(lseCannotOpen);
-  LWaveFormatEx format;
-  const LSoundError error = ReadWaveHeader(data, format);
+  Opening file{path, {}, {}, false};
+  file.data.file = LFileHandle::OpenRead(path);
+  if (!file.data.file.IsOpen()) return LSoundSource(lseCannotOpen);
+  const LSoundError error = ReadWaveHeader(file.data, file.format);
   if (error != lseNone) return LSoundSource(error);
   // Without a writer the file has all the samples it will ever have.
-  const bool growing = data.HasUnknownLength() && LFile::IsLockedByOther(path);
-  return FindOpener(format)(std::move(data), growing);
+  file.growing = file.data.HasUnknownLength() && LFile::IsLockedByOther(path);
+  return FindOpener(file.format)(std::move(file));
 }
 
 LSoundSource LWaveFile::OpenSourceDeletingFileWhenClosed(const std::string& path) {
@@ -97,6 +111,7 @@ LSoundSource LWaveFile::OpenSourceDeletingFileWhenClosed(const std::string& path
 LSoundSink LWaveFile::OpenSink(const std::string& path, const LWaveFileFormat& format) {
   if (format.tag == lwtPcm) return OpenSinkPCM(path, format.rate, format.channels, format.bits, 0);
   if (format.tag == lwtFloat && format.bits == 32) return OpenPcmSink<LSFF32>(path, format.rate, format.channels, 0);
+  if (format.tag == lwtGsm) return LGSMWaveOpenSink(path, format.rate, format.channels);
   return OpenSinkG711(path, format.rate, format.channels, format.tag, 0);
 }
 

@@ -1,4 +1,5 @@
-// Wave files: PCM of 8 to 32 bits, 32 and 64 bit floats and G.711 are read; PCM, 32 bit floats and G.711 are written.
+// Wave files: PCM of 8 to 32 bits, 32 and 64 bit floats, G.711, IMA ADPCM, GSM and MPEG Layer III are read; PCM, 32 bit
+// floats, G.711 and GSM are written.
 // Units    rates in Hz, bits of a sample, startFrame in frames
 // Threads  [main, worker] to open; then as sources and sinks.
 // Failure  an error source with the reason, an error sink.

@@ -38,23 +38,48 @@ std::uint16_t TagOf(const unsigned char* format, std::uint32_t length) {
   return tag;
 }
 
+// The format chunk; `chunks` stands behind it then.
+bool ReadFormat(LFileHandle& file, LChunkReader& chunks, LWaveFormatEx& format) {
+  const auto fmt = chunks.Find("fmt ");
+  if (!fmt || fmt->length < kMinFormatBytes || fmt->length > kMaxFormatBytes) return false;
+  unsigned char bytes[kMaxFormatBytes];
+  if (file.ReadAt(bytes, fmt->length, fmt->start) != std::int64_t{fmt->length}) return false;
+  format = {TagOf(bytes, fmt->length), GetLe16(bytes + 2),  GetLe32(bytes + 4),
+            GetLe32(bytes + 8),        GetLe16(bytes + 12), GetLe16(bytes + 14)};
+  return true;
+}
+
+// The number of frames that a "fact" chunk between format and data tells; 0 if there is none.
+std::uint32_t ReadFact(LFileHandle& file, LChunkReader chunks, std::int64_t dataStart) {
+  const auto fact = chunks.Find("fact");
+  unsigned char frames[4];
+  if (!fact || fact->start > dataStart || file.ReadAt(frames, sizeof frames, fact->start) != sizeof frames) return 0;
+  return GetLe32(frames);
+}
+
 }  // namespace
+
+bool LWaveFormatEx::Load(const std::string& path, LWaveFormatEx& format) {
+  LFileHandle file = LFileHandle::OpenRead(path);
+  const std::int64_t first = file.IsOpen() ? FindRiff(file) : -1;
+  if (first < 0) return false;
+  LChunkReader chunks(file, LChunkReader::Little, first);
+  return ReadFormat(file, chunks, format);
+}
 
 LSoundError ReadWaveHeader(LPCMData& data, LWaveFormatEx& format) {
   const std::int64_t first = FindRiff(data.file);
   if (first < 0) return lseDamaged;
   LChunkReader chunks(data.file, LChunkReader::Little, first);
-  const auto fmt = chunks.Find("fmt ");
-  if (!fmt || fmt->length < kMinFormatBytes || fmt->length > kMaxFormatBytes) return lseDamaged;
-  unsigned char bytes[kMaxFormatBytes];
-  if (data.file.ReadAt(bytes, fmt->length, fmt->start) != std::int64_t{fmt->length}) return lseDamaged;
-  format = {TagOf(bytes, fmt->length), GetLe16(bytes + 2), GetLe32(bytes + 4), GetLe16(bytes + 14)};
+  if (!ReadFormat(data.file, chunks, format)) return lseDamaged;
+  const LChunkReader behindFormat = chunks;
   const auto samples = chunks.Find("data");
   if (!samples || !IsPlayableFormat(format.rate, format.channels)) return lseDamaged;
   data.start = samples->start;
   data.length = samples->length;
   data.rate = int(format.rate);
   data.channels = static_cast<unsigned char>(format.channels);
+  if (format.tag == lwtImaAdpcm || format.tag == lwtGsm) data.frames = ReadFact(data.file, behindFormat, data.start);
   return lseNone;
 }
 
@@ -77,5 +102,15 @@ LHeaderBytes WriteHeaderWaveG711(const LSinkHeader& about, LWaveTag tag) {
   header.Le32(unsigned(about.rate)).Le16(8).Le16(8).Le16(0);
   header.Text("fact").Le32(4).Le32(std::uint32_t(about.frames));
   header.Text("data").Le32(about.DataBytes());
+  return header;
+}
+
+LHeaderBytes WriteHeaderWaveGSM(int rate, std::uint32_t frames, std::uint32_t dataBytes) {
+  constexpr unsigned kBlockBytes = 65, kBlockFrames = 320;
+  LHeaderBytes header;
+  header.Text("RIFF").Le32(dataBytes + (dataBytes & 1) + kGsmWaveHeaderBytes - 8).Text("WAVE");
+  header.Text("fmt ").Le32(20).Le16(lwtGsm).Le16(1).Le32(unsigned(rate));
+  header.Le32(unsigned(rate) * kBlockBytes / kBlockFrames).Le16(kBlockBytes).Le16(0).Le16(2).Le16(kBlockFrames);
+  header.Text("fact").Le32(4).Le32(frames).Text("data").Le32(dataBytes);
   return header;
 }

@@ -29,7 +29,7 @@ void DJDeck::AddNotify(DJDeckNotify& listener) {
 
 void DJDeck::Load(const std::string& path, const LSoundSource& source, int beatIntervalFrames, int beatOffsetFrames) {
   LAssertThread(LThreadRole::Main, "DJDeck::Load");
-  path_ = path;
+  path_ = originalPath_ = path;
   playPosition_ = rawPosition_ = 0;
   baseSource_ = source;
   CloseChain();

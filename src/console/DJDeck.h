@@ -52,7 +52,10 @@ class DJDeck {
   void SetRawPosition(int frame) { rawPosition_ = frame; }
   bool IsLoaded() const { return loaded_; }
   bool IsScratching() const { return scratching_; }
-  const std::string& GetPath() const { return path_; }
+  const std::string& GetPath() const { return path_; }  // of what is played
+  // The track itself, where it is played from a decoded copy.
+  const std::string& GetOriginalPath() const { return originalPath_; }
+  void SetOriginalPath(const std::string& path) { originalPath_ = path; }
   int GetPlayPosition() const { return playPosition_; }
   int GetFirstSoundPosition() const { return firstSoundPosition_; }
   int GetRawPosition() const { return rawPosition_; }
@@ -157,6 +160,7 @@ class DJDeck {
   int listenerCount_ = 0;
   LSoundSource chain_, baseSource_;
   std::string path_;
+  std::string originalPath_;
   LLevel volume_, crossFadeLevel_;
   int beatInterval_ = 0, beatOffset_ = 0;  // at pitch 1; 0 interval: no beats
   int playPosition_ = 0;                   // at least 0; where the deck is or will start

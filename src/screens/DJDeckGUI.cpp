@@ -45,10 +45,15 @@ DJDeckGUI::DJDeckGUI(LWindow& parent, DJPanelHost& host, DJDeck& deck)
 
 void DJDeckGUI::EvLoaded() {
   playedSinceLoad_ = false;
-  info_.SetTrackInfo(LFile::TitleFromPath(deck_.GetPath()), LFile::FolderFromPath(deck_.GetPath()),
+  const std::string& path = deck_.GetOriginalPath();
+  info_.SetTrackInfo(LFile::TitleFromPath(path), LFile::FolderFromPath(path),
                      LSoundTimeFromFrames(deck_.GetTrackEnd(), kDeckRate));
   UpdatePosition();
   CmDeckPause();
+}
+
+void DJDeckGUI::ShowConverting(const std::string& path, int percent) {
+  info_.SetTrackInfo(LFile::TitleFromPath(path), LText::Format("Konvertierung von %d%%", percent), 0);
 }
 
 void DJDeckGUI::EvCleared() {

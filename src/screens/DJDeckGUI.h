@@ -21,8 +21,9 @@ class DJDeckGUI final : public LPaintControl, public DJDeckNotify {
  public:
   DJDeckGUI(LWindow& parent, DJPanelHost& host, DJDeck& deck);
 
-  void EvLoaded();   // a track has been loaded into the deck
-  void EvCleared();  // the deck is empty
+  void EvLoaded();                                            // a track has been loaded into the deck
+  void EvCleared();                                           // the deck is empty
+  void ShowConverting(const std::string& path, int percent);  // the deck is empty until the track is decoded
   void CmDeckPlay();
   void CmDeckPause();
   void UpdateHeadphones();

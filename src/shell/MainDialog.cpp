@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "audiofile/LGenSourceTables.h"
+#include "audiofile/convert/LFileCache.h"
 #include "control/TAVIID.h"
 #include "control/TKeyTable.h"
 #include "foundation/LFile.h"
@@ -67,6 +69,7 @@ void MainDialog::InitDialog() {
   console_->SetDeviceOverride(options_.device);
   console_->UpdateDevice();
   record_.PrepareFolder();
+  LFileCache::SweepTempFolder();
   if (KeepsLists()) effects_.LoadDefaults();
   EnableControls();
   TimerSet(kPostInitTimer, 0);
@@ -129,8 +132,10 @@ void MainDialog::DestroyDialog() {
   TSettings::kMasterLevel.Set(console_->GetMasterLevel().Get());
   TSettings::kHeadphoneLevel.Set(console_->GetHeadphoneLevel().Get());
   if (KeepsLists()) effects_.SaveDefaults();
+  loader_.StopConverting();
   console_->Shutdown();
   record_.Shutdown();
+  LFileCache::ClearFolder(LFileCache::GetTempFolder(), [](const std::string&) { return false; });
   TimerDestroy();
 }
 
@@ -253,6 +258,7 @@ void MainDialog::CmResetDeck(DJDeckPosition position) {
 
 void MainDialog::CmClearDeck(DJDeckPosition position) {
   if (RefuseDeckAction(position)) return;
+  loader_.EvDeckEmptied(position);
   EvDeckToBeCleared(position);
   console_->CmDeckClear(Deck(position));
   EvDeckCleared(position);
@@ -301,6 +307,7 @@ DJDeckPosition MainDialog::FindFreestDeck() const {
   for (const DJDeckPosition position : {kDeckA, kDeckB}) {
     auto& deck = input.deck[position];
     deck.loaded = console_->IsDeckLoaded(position);
+    deck.converting = loader_.IsConverting(position);
     deck.playing = console_->IsDeckPlaying(position);
     deck.playedSinceLoad = deckGui_[std::size_t(position)]->IsPlayedSinceLoad();
   }
@@ -323,6 +330,18 @@ bool MainDialog::EvAddDeckMessage(DJDeckPosition deck) {
   return load;
 }
 
+bool MainDialog::AskContinueWithLowDisk() {
+  LAlert alert("Geringer Speicherplatz",
+               "Geringer Cache-Speicherplatz. Es wird empfohlen, dass Sie entweder einige Dateien aus Ihrem "
+               "Zwischenspeicher löschen oder in den Optionen  > Cache leeren verwenden. Möchten Sie fortfahren",
+               {"Abbrechen", "Fortfahren"});
+  alert.checkBoxText = "Nicht erneut warnen";
+  alert.escapeButton = 0;
+  const bool goOn = alert.Run(this) == 1;
+  TSettings::kWarnWhenDiskLow.Set(!alert.checked);
+  return goOn;
+}
+
 bool MainDialog::CmAddFileToDeck(DJDeckPosition deck, const std::string& path) {
   if (RefusedBySafeLive(safeLive_.AllowsDeckAction(deck)) || !EvAddDeckMessage(deck)) return false;
   const bool loaded = loader_.LoadFileToDeck(deck, path);
@@ -334,7 +353,9 @@ void MainDialog::CmBrowseLoadFile(DJDeckPosition deck) {
   if (RefusedBySafeLive(safeLive_.AllowsDeckAction(deck))) return;
   LFileDialog dialog(LFileDialog::Kind::OpenFile, LText::Format("Titel in Deck %c laden", DeckLetter(deck)));
   dialog.folder = TSettings::kLoadFromFolder.Get();
-  dialog.filters = {{"Musikdateien", {"*.wav", "*.aif", "*.aiff", "*.aifc"}}, {"Alle Dateien", {"*"}}};
+  dialog.filters = {{"Musikdateien", {}}, {"Alle Dateien", {"*"}}};
+  for (const char* extension : LGenSourceExtensions())
+    dialog.filters[0].patterns.push_back(std::string("*") + extension);
   if (!dialog.Run(this)) return;
   TSettings::kLoadFromFolder.Set(LFile::FolderFromPath(dialog.Path()));
   CmAddFileToDeck(deck, dialog.Path());

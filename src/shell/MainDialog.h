@@ -143,6 +143,11 @@ class MainDialog final : public LMainWindow,
   LWindow* EffectDialogParent() override { return this; }
   // Loading and recording.
   void ShowLoadError(const std::string& text) override { Fail("Datei zum Deck hinzufügen", text); }
+  void ShowConvertError(const std::string& text) override { Fail("Datei konvertieren", text); }
+  void ShowConverting(DJDeckPosition deck, const std::string& path, int percent) override {
+    DeckGUI(deck).ShowConverting(path, percent);
+  }
+  bool AskContinueWithLowDisk() override;
   void EvDeckToBeCleared(DJDeckPosition deck) override { Hand().CmDeckEndScratch(deck); }
   void EvDeckCleared(DJDeckPosition deck) override;
   void EvDeckLoaded(DJDeckPosition deck) override;
@@ -150,6 +155,7 @@ class MainDialog final : public LMainWindow,
   void ShowRecordAlert(const std::string& text) override { Fail("Aufnahme", text); }
   void ShowInfoLine(const std::string& text) override;
   // The script.
+  bool IsScriptToWait() override { return loader_.IsAnyConverting(); }
   void ScriptLoad(DJDeckPosition deck, const std::string& path) override { loader_.LoadFileToDeck(deck, path); }
   void ScriptCommand(int id) override { Command(id, 0); }
   void ScriptCrossfade(int position) override { CmSetCrossfadePosition(position); }

@@ -4,6 +4,12 @@
 
 #include "foundation/LPlatform.h"
 
+namespace {
+
+constexpr int kWaitMs = 1;
+
+}  // namespace
+
 void TScriptPlayer::Start() {
   startUs_ = LPlatform::Clock().NowUs();
   EvTimer(0);
@@ -12,6 +18,7 @@ void TScriptPlayer::Start() {
 void TScriptPlayer::EvTimer(int) {
   const std::uint64_t elapsedUs = LPlatform::Clock().NowUs() - startUs_;
   while (next_ < script_.events.size()) {
+    if (host_.IsScriptToWait()) return TimerSet(0, kWaitMs);
     const TScriptEvent& event = script_.events[next_];
     const auto dueUs = std::uint64_t(std::llround(event.seconds * 1e6));
     if (dueUs > elapsedUs) {

@@ -7,6 +7,7 @@
 
 class TScriptHost {
  public:
+  virtual bool IsScriptToWait() = 0;  // for a track that is still being decoded
   virtual void ScriptLoad(DJDeckPosition deck, const std::string& path) = 0;
   virtual void ScriptCommand(int id) = 0;
   virtual void ScriptCrossfade(int position) = 0;

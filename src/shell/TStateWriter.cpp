@@ -52,7 +52,7 @@ std::string DeckJson(const DJDeck& deck) {
   std::string json = LText::Format("    {\n      \"deck\": \"%c\",\n", deck.GetLetter());
   json +=
       LText::Format("      \"loaded\": %s,\n      \"playing\": %s,\n", Bool(deck.IsLoaded()), Bool(deck.IsPlaying()));
-  json += "      \"path\": " + Quoted(deck.GetPath()) + ",\n";
+  json += "      \"path\": " + Quoted(deck.GetOriginalPath()) + ",\n";
   json += LText::Format("      \"position_frames\": %d,\n      \"position_seconds\": %.6f,\n", position,
                         double(position) / kDeckRate);
   json += LText::Format("      \"length_frames\": %d,\n", length);

@@ -42,6 +42,8 @@ const Row kRows[] = {
     {"a.aiff", kFfmpeg, "-c:a pcm_f32be", 44100, 2, 17},
     {"a.aiff", kFfmpegAlone, "-c:a pcm_mulaw", 8000, 1, 0},
     {"a.aiff", kFfmpegAlone, "-c:a pcm_alaw", 8000, 2, 0},
+    {"a.voc", kFfmpeg, "-c:a pcm_s16le", 32000, 1, 0},
+    {"a.voc", kSox, "-e unsigned -b 8", 10000, 1, 0},
 };
 
 TEST_F(ForeignFiles, ReadAsAnotherProgramReadsThem) {

@@ -36,11 +36,15 @@ struct HeaderRow {
 
 TEST_F(LWaveFileTest, HeadersOpenOrAreRefusedWithTheirReason) {
   const std::string alaw = Chunk("data", "\x55\xD5");  // the two values next to zero
+  std::string chunks64;
+  for (int i = 0; i < 64; ++i) chunks64 += Chunk("JUNK", "12345");
   const HeaderRow rows[] = {
       {Riff(kFmt16 + kData), lseNone},
       {Riff(Chunk("JUNK", "odd") + kFmt16 + Chunk("LIST", "x") + kData), lseNone},
       {Chunk("ID3x", "before the form") + Riff(kFmt16 + kData), lseNone},
       {Chunk("ID3x", "") + Riff(kFmt16 + kData), lseDamaged},
+      {chunks64 + Riff(kFmt16 + kData), lseNone},
+      {chunks64 + Chunk("JUNK", "12345") + Riff(kFmt16 + kData), lseDamaged},
       {Riff(Fmt(1, 1, 44100, 16, Extra(1)) + kData), lseNone},
       {Riff(Fmt(1, 1, 44100, 16, Extra(8192 - 16)) + kData), lseNone},
       {Riff(Fmt(1, 1, 44100, 16, Extra(8193 - 16)) + kData), lseDamaged},
@@ -60,6 +64,7 @@ TEST_F(LWaveFileTest, HeadersOpenOrAreRefusedWithTheirReason) {
       {Riff(Fmt(2, 1, 44100, 4) + kData), lseCodecMissing},
       {Riff(Fmt(34, 1, 8000, 1) + kData), lseLaterStage},
       {Riff(Fmt(69, 1, 8000, 4) + kData), lseLaterStage},
+      {Riff(Fmt(85, 1, 44100, 0) + kData), lseDamaged},                 // no frame of MPEG is in it
       {Riff(kFmt16 + "junk" + Le(0xFFFFFFFF, 4) + kData), lseDamaged},  // rounded up it would be 0
       {Riff(kFmt16), lseDamaged},
       {Riff(kData + kFmt16), lseDamaged},

@@ -4,11 +4,16 @@
 
 #include "audiofile/AudioFileTest.h"
 #include "audiofile/LAifFile.h"
+#include "audiofile/LGenSourceErrors.h"
 #include "audiofile/LWaveFile.h"
+#include "support/LTestPlatform.h"
 
 namespace {
 
-class TSourceOpenTest : public AudioFileTest {};
+class TSourceOpenTest : public AudioFileTest {
+ protected:
+  LTestPlatform platform_;
+};
 
 TEST_F(TSourceOpenTest, WhatCannotBeOpenedSaysWhy) {
   ::mkfifo(Path("pipe.wav").c_str(), 0600);
@@ -18,7 +23,7 @@ TEST_F(TSourceOpenTest, WhatCannotBeOpenedSaysWhy) {
       "Die Datei \"%s\" kann nicht geöffnet werden. Überprüfen Sie, ob diese existiert und Sie Lesezugriff haben.";
   const std::string other =
       "Datei \"%s\" kann nicht geöffnet werden. Es ist möglich, dass das Dateiformat nicht von diesem Programm "
-      "unterstützt wird.";
+      "unterstützt wird. Näheres im Handbuch unter \"Dateiformate\".";
   const struct {
     std::string path;
     LSoundError error;
@@ -39,7 +44,8 @@ TEST_F(TSourceOpenTest, WhatCannotBeOpenedSaysWhy) {
     EXPECT_FALSE(TSourceOpenWithConvert(source, row.path));
     EXPECT_EQ(source.GetError(), row.error);
     const auto place = row.text.find("%s");
-    EXPECT_EQ(GenSourceErrorText(source, row.path), row.text.substr(0, place) + row.path + row.text.substr(place + 2));
+    EXPECT_EQ(GenSourceErrorText(source.GetError(), row.path),
+              row.text.substr(0, place) + row.path + row.text.substr(place + 2));
   }
 }
 

@@ -75,6 +75,7 @@ TEST(MainDialog, ABadFileLeavesTheDeckAndTheProgramAsTheyAre) {
   EXPECT_FALSE(rig.Run(script));
   EXPECT_TRUE(rig.Logged("missing.wav\" kann nicht geöffnet werden. Überprüfen Sie"));
   EXPECT_TRUE(rig.Logged("empty.wav\" kann nicht geöffnet werden, da sie beschädigt ist."));
+  EXPECT_TRUE(rig.Logged("Datei konvertieren: Kann Datei nicht konvertieren: "));
   EXPECT_TRUE(rig.Logged("text.wav\" kann nicht geöffnet werden, da sie beschädigt ist."));
   EXPECT_TRUE(rig.Logged("cover.jpg\" kann nicht geöffnet werden. Es ist möglich"));
   const std::string state = LFile::ReadAll(rig.platform.TempPath("state.json")).value_or("");

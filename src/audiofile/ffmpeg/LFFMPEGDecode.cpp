@@ -1,0 +1,33 @@
+#include "audiofile/ffmpeg/LFFMPEGDecode.h"
+
+#include "audiofile/LWaveFile.h"
+#include "audiofile/convert/LPRSourceToSink.h"
+#include "audiofile/ffmpeg/LFFMPEGSourceManager.h"
+#include "foundation/LComponentFinder.h"
+
+namespace {
+
+constexpr int kWaveBits = 16;
+
+LSoundSource OpenSound(LProcessInterface& process, const std::string& path) {
+  const auto manager = std::make_shared<LFFMPEGSourceManager>();
+  manager->SetProcess(&process);
+  std::string program;
+  if (!manager->Open(path) || !manager->GetSoundStreamComponent(-1, program, true)) return LSoundSource();
+  if (!program.empty() && LComponentGetPath(program).empty()) return LSoundSource();
+  LSoundSource source = LFFMPEGSourceManagerBase::GetSoundSource(manager, -1, true);
+  return manager->Init() ? source : LSoundSource();
+}
+
+}  // namespace
+
+LProcessResult Process(LProcessInterface& process, LFFMPEGDecode& job) {
+  LPRSourceToSinkStreaming copy{LFile::NameFromPath(job.input), OpenSound(process, job.input)};
+  if (process.IsToStop()) return lprStopped;
+  if (!copy.source.IsOk()) return lprFailed;
+  copy.sink = LWaveFile::OpenSinkPCM(job.output, copy.source.GetSampleRate(), copy.source.GetChannels(), kWaveBits, 0);
+  const LProcessResult result = Process(process, copy);
+  copy.sink.Close();
+  if (result != lprDone) LFile::Remove(job.output);
+  return result;
+}
