@@ -28,7 +28,8 @@ class MP3Material {
 
   // The song for so many seconds, with the encoder's options.
   std::string Make(const std::string& name, const std::string& options, int seconds) {
-    const std::string wave = folder_ + "/song.raw", path = folder_ + "/" + name;
+    const std::string wave = folder_ + "/song.raw";
+    std::string path = folder_ + "/" + name;
     Write(wave, seconds);
     const bool isMade =
         std::system(("lame --quiet -r -s 44.1 --little-endian " + options + " " + wave + " " + path).c_str()) == 0;

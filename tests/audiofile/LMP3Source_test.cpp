@@ -130,7 +130,7 @@ TEST_F(LMP3SourceTest, LearnsTheLengthOfAVariableFileWithoutATag) {
   LSoundSource source = LMP3File::OpenSource(Path("out.mp3"), false);
   const int estimate = source.GetEndSample();
   EXPECT_NE(estimate, exact);
-  EXPECT_NEAR(estimate, exact, exact / 3);
+  EXPECT_NEAR(estimate, exact, exact / 3.0);
   int changes = 0;
   for (int last = estimate; source.GetPositionSample() < source.GetEndSample(); last = source.GetEndSample()) {
     ReadFrames(source, 2000);
@@ -162,7 +162,9 @@ TEST_F(LMP3SourceTest, FindsTheSoundAmongOtherBytes) {
     for (const std::string& front :
          {rubbish, tag, tag + tag, tag + rubbish, overlong, riff, std::string(70000, '\xff')})
       for (const std::string& back : {std::string(), old, ape + old}) {
-        const LSoundSource source = LMP3File::OpenSource(Put("more.mp3", front + plain + back), true);
+        std::string all = front;
+        all.append(plain).append(back);
+        const LSoundSource source = LMP3File::OpenSource(Put("more.mp3", all), true);
         ASSERT_EQ(source.GetEndSample(), reference.GetEndSample()) << options << ' ' << front.size();
         EXPECT_TRUE(ReadWhole(source) == whole) << options << ' ' << front.size();
       }
