@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr double kOpened = 0.5;  // of the progress, where opening means decoding into a temporary wave
+
 template <std::size_t kSize>
 void CopyText(char (&to)[kSize], const std::string& text) {
   const std::string cut = LText::CutUtf8(text, kSize - 1);
@@ -43,6 +45,7 @@ class ProcessCounter final : public LProcessInterfaceVoid {
   void Stop() { stop_.Signal(); }
   void SetDeck(int deck) { deck_ = deck; }
   int GetDeck() const { return deck_; }
+  int Percent() const { return percent_; }
   const std::string& Reason() const { return reason_; }
 
  private:
@@ -76,11 +79,15 @@ class FileConversionForDeck final : public FileConversion {
     handler_.PostNotifyFromSender(FileConverter::kComplete, done.get(), sizeof *done);
   }
   LProcessResult PrepareSoundSource(LSoundSource& source) override {
-    LProcessInterfaceSubProcess opening(counter_, 0, 0);  // the bar belongs to the copy
+    LProcessInterfaceSubProcess opening(counter_, 0, kOpened);
     LGenSourceOpenInterfaceProcess interface(opening);
     return ProcessGenSourceOpenSource(source, Source(), interface, false, "");
   }
-  LProcessResult ProcessSourceToSink(LPRSourceToSink& copy) override { return Process(counter_, copy); }
+  LProcessResult ProcessSourceToSink(LPRSourceToSink& copy) override {
+    // What opens at once leaves the whole bar to the copy.
+    LProcessInterfaceSubProcess copying(counter_, counter_.Percent() > 0 ? kOpened : 0, 1);
+    return Process(copying, copy);
+  }
   LProcessInterface& WaitingProcess() override { return counter_; }
 
   LQueuedNotifyDataHandler& handler_;

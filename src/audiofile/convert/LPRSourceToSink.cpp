@@ -57,6 +57,12 @@ LProcessResult Begin(LProcessInterface& process, const std::string& title, const
   return source.IsOk() && !sink.HasError() ? lprDone : lprFailed;
 }
 
+void ShowProgress(LProcessInterface& process, const std::function<double()>& progress) {
+  if (!progress) return;
+  process.SetProgressIndeterminateOff();
+  process.SetProgress(std::clamp(progress(), 0.0, 1.0));
+}
+
 LSoundSource FitForSink(const LPRSourceToSink& copy) {
   LSoundSource source = copy.source;
   LSPConvertSourceRateChannels(copy.sink.GetSampleRate(), copy.sink.GetChannels(), source);
@@ -94,6 +100,7 @@ LProcessResult Process(LProcessInterface& process, LPRSourceToSinkStreaming& cop
     if (there > 0) {
       const LProcessResult result = blocks.Copy(std::min(there, kFramesAtOnce));
       if (result != lprDone) return result;
+      ShowProgress(process, copy.progress);
     } else if (!streaming) {
       return lprDone;
     } else {

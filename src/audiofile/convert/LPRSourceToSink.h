@@ -6,6 +6,7 @@
 // Failure  lprFailed for a source or sink with an error, then or later; lprStopped when asked to. What was written stays
 //          with the caller, who closes the sink and removes the file.
 #pragma once
+#include <functional>
 #include <string>
 
 #include "foundation/LProcessInterface.h"
@@ -24,6 +25,7 @@ struct LPRSourceToSinkStreaming {
   std::string title;
   LSoundSource source;
   LSoundSink sink = {};
+  std::function<double()> progress = {};  // how much of the source is done, if somebody knows
 };
 
 LProcessResult Process(LProcessInterface& process, LPRSourceToSink& copy);

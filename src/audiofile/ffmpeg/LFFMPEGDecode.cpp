@@ -9,9 +9,9 @@ namespace {
 
 constexpr int kWaveBits = 16;
 
-LSoundSource OpenSound(LProcessInterface& process, const std::string& path) {
-  const auto manager = std::make_shared<LFFMPEGSourceManager>();
-  manager->SetProcess(&process);
+using Manager = std::shared_ptr<LFFMPEGSourceManager>;
+
+LSoundSource OpenSound(const Manager& manager, const std::string& path) {
   std::string program;
   if (!manager->Open(path) || !manager->GetSoundStreamComponent(-1, program, true)) return LSoundSource();
   if (!program.empty() && LComponentGetPath(program).empty()) return LSoundSource();
@@ -22,7 +22,10 @@ LSoundSource OpenSound(LProcessInterface& process, const std::string& path) {
 }  // namespace
 
 LProcessResult Process(LProcessInterface& process, LFFMPEGDecode& job) {
-  LPRSourceToSinkStreaming copy{LFile::NameFromPath(job.input), OpenSound(process, job.input)};
+  const auto manager = std::make_shared<LFFMPEGSourceManager>();
+  manager->SetProcess(&process);
+  LPRSourceToSinkStreaming copy{LFile::NameFromPath(job.input), OpenSound(manager, job.input)};
+  copy.progress = [&manager] { return manager->ReadShare(); };
   if (process.IsToStop()) return lprStopped;
   if (!copy.source.IsOk()) return lprFailed;
   copy.sink = LWaveFile::OpenSinkPCM(job.output, copy.source.GetSampleRate(), copy.source.GetChannels(), kWaveBits, 0);

@@ -32,6 +32,11 @@ bool LFFMPEGSourceManagerVideoBase::Open(const std::string& path) {
   return false;
 }
 
+double LFFMPEGSourceManagerVideoBase::ReadShare() const {
+  const std::int64_t bytes = format_ ? FileBytes() : 0;
+  return bytes > 0 ? double(avio_tell(format_->pb)) / double(bytes) : 0;
+}
+
 bool LFFMPEGSourceManagerVideoBase::Init() {
   if (!format_ || chosen_ < 0) return false;
   for (unsigned i = 0; i < format_->nb_streams; ++i)

@@ -19,7 +19,8 @@ class LFFMPEGSourceManagerVideoBase {
   LFFMPEGSourceManagerVideoBase& operator=(const LFFMPEGSourceManagerVideoBase&) = delete;
 
   bool Open(const std::string& path);
-  bool Init();  // after the streams are chosen; no other stream's packets are read
+  double ReadShare() const;  // of the file's bytes, 0.0 to 1.0
+  bool Init();               // after the streams are chosen; no other stream's packets are read
   void SetProcess(LProcessInterface* process) { process_ = process; }  // may stop a long read; outlives this or null
 
   static int GetMainVideoStream(const AVFormatContext* format);  // -1: none; pictures of a cover do not count
