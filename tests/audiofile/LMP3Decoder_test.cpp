@@ -65,7 +65,7 @@ TEST_F(LMP3Decoder, HasFullAccuracyOnTheConformanceStreamsInEveryForm) {
       {"l3-si_huff", 44100, 1, 85248},
   };
   constexpr double kRmsLimit = 1.25e-5, kLargestLimit = 7.6e-5;
-  const std::string folder = std::string(TAVI_TEST_DATA) + "/mp3/";
+  const std::string folder = TestDataPath("mp3/");
   for (const Stream& stream : kStreams) {
     const auto reference = FromBytes<short>(LFile::ReadAll(folder + stream.name + ".pcm").value_or(""));
     ASSERT_EQ(reference.size(), std::size_t(stream.referenceFrames * stream.channels)) << stream.name;

@@ -7,9 +7,11 @@
 #include <fstream>
 #include <sstream>
 
+std::string TestDataPath(const std::string& name) { return std::string(TAVI_TEST_DATA) + "/" + name; }
+
 namespace {
 
-const std::string kFolder = TAVI_TEST_DATA "/engine/";
+const std::string kFolder = TestDataPath("engine/");
 
 [[noreturn]] void Fail(const std::string& what) {
   std::fprintf(stderr, "engine data: %s\n", what.c_str());

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+std::string TestDataPath(const std::string& name);  // below tests/data
+
 struct EngineStep {
   std::string word;
   std::vector<std::string> arguments;
