@@ -223,6 +223,22 @@ TEST_F(LWaveFileTest, RatesOfAiffFilesAreExtendedNumbers) {
   }
 }
 
+TEST_F(LWaveFileTest, AFileThatShrinksOrGoesWhileItPlaysIsSilent) {
+  const std::vector<int> samples(40000, 1600);
+  LWaveFile::OpenSinkPCM(Path("a.wav"), 44100, 2, 16, 0).Write(samples.data(), 20000);
+  const LSoundSource source = LWaveFile::OpenSource(Path("a.wav"));
+  EXPECT_EQ(ReadFrames(source, 100)[199], 1600);
+  std::filesystem::resize_file(Path("a.wav"), 46 + 4 * 150);
+  const auto shrunk = ReadFrames(source, 100);
+  EXPECT_EQ(shrunk[99], 1600);
+  EXPECT_EQ(shrunk[100], 0);
+  std::filesystem::resize_file(Path("a.wav"), 0);
+  std::filesystem::remove(Path("a.wav"));
+  EXPECT_EQ(ReadFrames(source, 100), std::vector<int>(200));
+  EXPECT_EQ(source.GetPositionSample(), 300);
+  EXPECT_EQ(source.GetEndSample(), 20000);
+}
+
 TEST_F(LWaveFileTest, AFullDiskSetsTheErrorBitAndTheFilePlaysAsFarAsItGot) {
   const std::vector<int> block(8192 * 2, 1600);
   ::signal(SIGXFSZ, SIG_IGN);
