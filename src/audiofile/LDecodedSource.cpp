@@ -1,18 +1,8 @@
 #include "audiofile/LDecodedSource.h"
 
-void LDecodedSource::Advance(int frames) {
-  position_ = int(std::min<std::int64_t>(std::int64_t{position_} + frames, kEndless));
-}
-
 void LDecodedSource::Read(int* out, int frames) {
   const std::ptrdiff_t channels = GetChannels();
-  if (position_ < 0 && frames > 0) {
-    const int before = int(std::min<std::int64_t>(frames, -std::int64_t{position_}));
-    std::fill_n(out, before * channels, 0);
-    Advance(before);
-    out += before * channels;
-    frames -= before;
-  }
+  ReadSilenceBefore(out, frames);
   const int inside = std::clamp(end_ - std::max(position_, 0), 0, std::max(frames, 0));
   if (inside > 0) Decode(out, position_, inside);
   if (frames > inside) std::fill_n(out + inside * channels, (frames - inside) * channels, 0);

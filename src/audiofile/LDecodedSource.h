@@ -9,26 +9,22 @@
 #include <utility>
 #include <vector>
 
+#include "audiofile/LPositionedSource.h"
 #include "audiofile/LRawFileDataSoundSource.h"
 #include "foundation/LFile.h"
 #include "sound/LSoundSource.h"
 
-class LDecodedSource : public LSoundSourceBase {
+class LDecodedSource : public LPositionedSource {
  public:
   void Read(int* out, int frames) override;
-  int GetPositionSample() const override { return position_; }
   int GetEndSample() const override { return end_; }
-  void Seek(int frame) override { position_ = frame; }
 
  protected:
   LDecodedSource(int rate, unsigned char channels, int peak, std::int64_t frames)
-      : LSoundSourceBase(rate, channels, peak), end_(int(std::clamp<std::int64_t>(frames, 0, kEndless - 1))) {}
+      : LPositionedSource(rate, channels, peak), end_(int(std::clamp<std::int64_t>(frames, 0, kEndless - 1))) {}
   virtual void Decode(int* out, int frame, int frames) = 0;  // all within 0..end
 
  private:
-  void Advance(int frames);
-
-  int position_ = 0;
   int end_;
 };
 

@@ -16,7 +16,7 @@ std::size_t BufferBytes(std::int64_t fileBytes, int frameBytes, bool growing) {
 
 LRawFileDataSoundSourceBase::LRawFileDataSoundSourceBase(LPCMData&& data, int sampleBytes, int peak, Converter convert,
                                                          bool growing)
-    : LSoundSourceBase(data.rate, data.channels, peak),
+    : LPositionedSource(data.rate, data.channels, peak),
       file_(std::move(data.file)),
       dataStart_(data.start),
       end_(0),
@@ -33,10 +33,6 @@ int LRawFileDataSoundSourceBase::FramesOf(std::int64_t bytes) const {
 
 int LRawFileDataSoundSourceBase::FramesInFile() const { return FramesOf(file_.Size() - dataStart_); }
 
-void LRawFileDataSoundSourceBase::Advance(int frames) {
-  position_ = int(std::min<std::int64_t>(std::int64_t{position_} + frames, kEndless));
-}
-
 int LRawFileDataSoundSourceBase::ReadFrames(int* out, int frames) {
   const std::int64_t offset = dataStart_ + std::int64_t{position_} * frameBytes_;
   const std::int64_t got = file_.ReadAt(buffer_.data(), std::size_t(frames) * std::size_t(frameBytes_), offset);
@@ -47,13 +43,7 @@ int LRawFileDataSoundSourceBase::ReadFrames(int* out, int frames) {
 
 void LRawFileDataSoundSourceBase::Read(int* out, int frames) {
   const std::ptrdiff_t channels = GetChannels();
-  if (position_ < 0 && frames > 0) {
-    const int before = int(std::min<std::int64_t>(frames, -std::int64_t{position_}));
-    std::fill_n(out, before * channels, 0);
-    Advance(before);
-    out += before * channels;
-    frames -= before;
-  }
+  ReadSilenceBefore(out, frames);
   const bool growing = end_ < 0;
   while (frames > 0 && (growing || position_ < end_)) {
     const int wanted = std::min({frames, bufferFrames_, growing ? frames : end_ - position_});

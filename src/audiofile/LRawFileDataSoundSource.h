@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "audiofile/LPositionedSource.h"
 #include "foundation/LFile.h"
 #include "sound/LSampleFormats.h"
 #include "sound/LSoundSource.h"
@@ -42,14 +43,12 @@ inline constexpr int kFilePeak<LSFF32> = kPeakFloat;
 template <>
 inline constexpr int kFilePeak<LSFFRE32> = kPeakFloat;
 
-class LRawFileDataSoundSourceBase : public LSoundSourceBase {
+class LRawFileDataSoundSourceBase : public LPositionedSource {
  public:
   using Converter = void (*)(int* out, const unsigned char* in, int samples);
 
   void Read(int* out, int frames) override;
-  int GetPositionSample() const override { return position_; }
   int GetEndSample() const override { return end_; }
-  void Seek(int frame) override { position_ = frame; }
 
  protected:
   // `growing`: the length is not known, and somebody still writes.
@@ -59,12 +58,10 @@ class LRawFileDataSoundSourceBase : public LSoundSourceBase {
 
   mutable LFileHandle file_;
   std::int64_t dataStart_;  // bytes
-  int position_ = 0;
-  mutable int end_;  // -1 while somebody still writes the file
+  mutable int end_;         // -1 while somebody still writes the file
 
  private:
   int ReadFrames(int* out, int frames);  // as many as the file gives
-  void Advance(int frames);
 
   int frameBytes_;
   Converter convert_;
