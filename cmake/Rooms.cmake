@@ -51,7 +51,7 @@ function(tavi_test name folder)
   target_link_libraries(test_${name} PRIVATE ${ARGN} tavi_test_support GTest::gtest GTest::gmock)
   target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT 300)
+    PROPERTIES TIMEOUT 900)
 endfunction()
 
 # tavi_bench(NAME FOLDER library...)   one benchmark program a topic

@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QDialog>
@@ -57,7 +59,8 @@ TEST_F(QtModal, TasksAndTimersGoOnWhileATaskAsks) {
   Later user(60, [&] { Visible<QMessageBox>()->buttons()[0]->click(); });
   Later end(90, [] { Loop().Quit(); });
   Toolkit().Run();
-  EXPECT_EQ(order, "ask task timer answered");
+  // Where showing the box takes longer than the timer, that is due first.
+  EXPECT_THAT(order, ::testing::AnyOf("ask task timer answered", "ask timer task answered"));
 }
 
 TEST_F(QtModal, APopupGivesTheChosenIdAndABubbleGoesByAClick) {
