@@ -22,6 +22,7 @@
 #include "platform/linux/LPathComponents.h"
 #include "platform/offline/LOfflineBackend.h"
 #include "platform/offline/LOfflineRun.h"
+#include "platform/sqlite/LSqlitePreferences.h"
 #include "shell/MainDialog.h"
 #include "shell/TCommandLine.h"
 #include "shell/THelperForms.h"
@@ -148,7 +149,7 @@ int RunRealTime(Run& run, bool window) {
   LRealClock clock;
   LMainLoop loop(clock);
   LFolders folders(run.options.dataFolder);
-  LMemoryPreferences preferences;
+  LSqlitePreferences preferences(LSqlitePreferences::PathIn(folders.GetUserDataFolderApp()));
   LLinuxPriorities priorities;
   const auto backend = ChooseSoundBackend(run.options.device, preferences.Get("Settings/AudioApi").value_or(""));
   LPlatformServices services;
