@@ -15,6 +15,7 @@ declare -A may=(
   [sound]="sound foundation"
   [audiofile]="audiofile sound foundation"
   [tempo]="tempo audiofile sound foundation"
+  [library]="library audiofile tempo sound foundation"
   [effects]="effects tempo sound foundation"
   [console]="console effects tempo audiofile sound foundation"
   [control]="control foundation"
