@@ -108,7 +108,7 @@ bool LFileCache::IsCachePath(const std::string& path, const std::string& origina
 std::string LFileCache::ClaimCachedPath(const std::string& source) {
   // The second round is for one who took the plain name since it was looked at.
   for (int round = 0; round < 2; ++round)
-    if (const std::string path = MakeCachedPath(source); WriteSide(path, source)) return path;
+    if (std::string path = MakeCachedPath(source); WriteSide(path, source)) return path;
   return "";
 }
 

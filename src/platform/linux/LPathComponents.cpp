@@ -21,12 +21,11 @@ bool IsProgram(const std::string& path) {
 
 std::string LPathComponents::Find(const std::string& name) {
   if (name.empty() || name.find('/') != std::string::npos) return "";
-  const std::string own =
-      LFile::MakePath(LFile::MakePath(LPlatform::Folders().GetUserDataFolder(), "Tavi/Components"), name);
+  std::string own = LFile::MakePath(LFile::MakePath(LPlatform::Folders().GetUserDataFolder(), "Tavi/Components"), name);
   if (IsProgram(own)) return own;
   const char* list = std::getenv("PATH");
   std::istringstream folders(list ? list : "");
   for (std::string folder; std::getline(folders, folder, ':');)
-    if (const std::string path = LFile::MakePath(folder, name); folder.starts_with('/') && IsProgram(path)) return path;
+    if (std::string path = LFile::MakePath(folder, name); folder.starts_with('/') && IsProgram(path)) return path;
   return "";
 }
